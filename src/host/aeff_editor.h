@@ -1,0 +1,21 @@
+// The editor's face toward the frame: the frame forwards the host's editor
+// opcodes here. Called on the host's user-interface thread only.
+#pragma once
+
+#include "host/vst2.h"
+
+namespace sablevox {
+
+class AEffEditor {
+ public:
+  virtual ~AEffEditor() = default;
+  virtual bool getRect(ERect** rect) = 0;
+  virtual bool open(void* parentWindow) = 0;
+  virtual void close() = 0;
+  virtual void idle() {}
+  virtual bool onKeyDown(VstKeyCode& /*key*/) { return false; }
+  virtual bool onKeyUp(VstKeyCode& /*key*/) { return false; }
+  virtual bool setKnobMode(VstInt32 /*mode*/) { return false; }
+};
+
+}  // namespace sablevox

@@ -1,0 +1,142 @@
+// The audio block driver: the only place where time passes. It resets the
+// engine when asked, cuts each block at the 2.5 ms control ticks, renders the
+// voices between ticks, smooths the mix and runs the effects and equaliser.
+#include <algorithm>
+#include <cstring>
+
+#include "effects/effect_section.h"
+#include "effects/equaliser.h"
+#include "host/adelay.h"
+
+namespace sablevox {
+namespace {
+
+constexpr float kAverageOffset = 1e-05f;  // keeps silence away from denormals
+
+// Two-point moving average in place: a gentle low-pass with a zero at half
+// the sample rate. Silence in gives 0.00001 out.
+void averagePass(float* buffer, int count, float& history) {
+  float previous = history;
+  for (int i = 0; i < count; ++i) {
+    const float a = buffer[i] + kAverageOffset;
+    buffer[i] = (previous + a) * 0.5f;
+    previous = a;
+  }
+  history = previous;
+}
+
+}  // namespace
+
+void ADelay::processReplacing(float** /*inputs*/, float** outputs, VstInt32 sampleFrames) {
+  if (outputs == nullptr || outputs[0] == nullptr || outputs[1] == nullptr) return;
+  const int count = sampleFrames > 0 ? sampleFrames : 0;
+  // Blocks longer than the scratch buffers are served in pieces; a count of
+  // 0 still runs one piece for the bookkeeping.
+  int done = 0;
+  do {
+    const int piece = std::min(count - done, kMaxBlock);
+    float* out[2] = {outputs[0] + done, outputs[1] + done};
+    renderBlock(out, piece);
+    done += piece;
+  } while (done < count);
+}
+
+void ADelay::process(float** /*inputs*/, float** outputs, VstInt32 sampleFrames) {
+  if (outputs == nullptr || outputs[0] == nullptr || outputs[1] == nullptr) return;
+  const int count = sampleFrames > 0 ? sampleFrames : 0;
+  int done = 0;
+  do {
+    const int piece = std::min(count - done, kMaxBlock);
+    float* out[2] = {outputs[0] + done, outputs[1] + done};
+    std::memcpy(dryLeft, out[0], sizeof(float) * static_cast<size_t>(piece));
+    std::memcpy(dryRight, out[1], sizeof(float) * static_cast<size_t>(piece));
+    renderBlock(out, piece);
+    for (int i = 0; i < piece; ++i) {
+      out[0][i] += dryLeft[i];
+      out[1][i] += dryRight[i];
+    }
+    done += piece;
+  } while (done < count);
+}
+
+void ADelay::renderBlock(float** outputs, int count) {
+  waves.beginBlock();
+  if (resetRequested) {
+    resetEngine();
+    rebuildWaves = true;
+    delay->reset();
+    chorus->reset();
+    reverb->reset();
+    resetRequested = false;
+    oscGain[0] = 0.0f;
+    oscGain[1] = 0.0f;
+    refreshCountdown = 0;
+  }
+  arpActive = steppedIndex(params[kArpType], 23) > 0;
+
+  float* left = outputs[0];
+  float* right = outputs[1];
+  std::fill_n(left, count, 0.0f);
+  std::fill_n(right, count, 0.0f);
+
+  const double sampleRate = getSampleRate();
+  tickLength = static_cast<int>(sampleRate * static_cast<double>(0.0025f));
+  if (refreshCountdown < 1) {
+    slowRefresh();
+    refreshCountdown = static_cast<int>(sampleRate * static_cast<double>(0.1f));
+  }
+  refreshCountdown -= count;
+
+  int remaining = count;
+  int position = 0;
+  while (remaining > 0) {
+    const int n = static_cast<int>(samplesToTick);
+    if (n > remaining) {
+      samplesToTick -= static_cast<float>(remaining);
+      for (int v = 0; v < activeVoices; ++v) {
+        renderVoice(v, remaining, left, right, position, count);
+      }
+      break;
+    }
+    remaining -= n;
+    if (n != 0) {
+      for (int v = 0; v < activeVoices; ++v) renderVoice(v, n, left, right, position, count);
+      position += n;
+    }
+    samplesToTick = samplesToTick - static_cast<float>(n) + static_cast<float>(tickLength);
+    drainUiNotes();
+    eventPass(position + tickLength);
+    globalTick(tickLength);
+    for (int v = 0; v < activeVoices; ++v) voiceTick(v);
+  }
+
+  averagePass(left, count, outputHistoryLeft);
+  averagePass(right, count, outputHistoryRight);
+
+  runEffects(left, right, count);
+}
+
+void ADelay::runEffects(float* left, float* right, int count) {
+  const float sampleRate = getSampleRate();
+  const int type = steppedIndex(params[kEffType], 20);
+  if (type != lastEffType) {
+    delay->reset();
+    chorus->reset();
+    reverb->reset();
+    effectsAsleep = false;
+  }
+  if (!effectsAsleep) {
+    EffectUnits units{delay, chorus, reverb, equaliser, stereo};
+    runEffect(type, units, left, right, count, sampleRate, params[kEffPar1], params[kEffPar2],
+              *this);
+  }
+  lastEffType = type;
+
+  // The equaliser always runs, also while the effects sleep.
+  equaliser->setSampleRate(sampleRate);
+  equaliser->setGain(1.0f);
+  equaliser->process(left, right, count);
+  effectsAsleep = static_cast<float>(equaliser->silenceCount()) > sampleRate * 2.0f;
+}
+
+}  // namespace sablevox

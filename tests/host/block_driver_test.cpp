@@ -1,0 +1,135 @@
+// The block driver: tick cutting, the averaging pass, block lengths from 0 to
+// beyond the scratch buffers, process versus processReplacing.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <vector>
+
+#include "common/test_host.h"
+
+namespace sablevox {
+namespace {
+
+using testing::IsolatedSettings;
+using testing::TestHost;
+
+class BlockDriverTest : public ::testing::Test {
+ protected:
+  void SetUp() override { TestHost::instance().reset(); }
+  IsolatedSettings settings;
+  std::vector<float> left, right;
+};
+
+TEST_F(BlockDriverTest, WorkedBlockAt44100) {
+  auto engine = testing::makeEngine(44100.0f);
+  testing::renderBlock(*engine, left, right, 256);
+  // Ticks at 0, 110 and 220, then 36 samples: 74 to the next tick.
+  EXPECT_EQ(engine->tickLength, 110);
+  EXPECT_EQ(engine->samplesToTick, 74.0f);
+  EXPECT_EQ(engine->refreshCountdown, 4410 - 256);
+}
+
+// The tick grid is fixed from the first sample on, whatever the block sizes:
+// compare the driver's countdown with a tick every tickLength samples.
+TEST_F(BlockDriverTest, TicksFallOnAFixedGridAcrossBlocks) {
+  for (float rate : {44100.0f, 48000.0f, 96000.0f}) {
+    auto engine = testing::makeEngine(rate);
+    const int tick = static_cast<int>(static_cast<double>(rate) * static_cast<double>(0.0025f));
+    EXPECT_EQ(tick, rate == 44100.0f ? 110 : rate == 48000.0f ? 119 : 239);
+    long long elapsed = 0;
+    const int sizes[] = {1, 7, 110, 119, 239, 256, 4096, 3, 1000, 64};
+    for (int round = 0; round < 3; ++round) {
+      for (int size : sizes) {
+        testing::renderBlock(*engine, left, right, size);
+        elapsed += size;
+        // Ticks happened at 0, tick, 2 tick, ... up to and including elapsed.
+        const long long nextTick = (elapsed / tick + 1) * tick;
+        EXPECT_EQ(engine->samplesToTick, static_cast<float>(nextTick - elapsed))
+            << "rate " << rate << " after " << elapsed;
+      }
+    }
+  }
+}
+
+TEST_F(BlockDriverTest, SilenceInGivesTheAveragingOffsetOut) {
+  auto engine = testing::makeEngine();
+  for (int i = 0; i < 20; ++i) testing::renderBlock(*engine, left, right, 512);
+  // The averaging pass turns silence into 0.00001; the equaliser keeps a
+  // constant near it.
+  for (size_t i = 0; i < left.size(); ++i) {
+    ASSERT_NEAR(left[i], 1e-05f, 2e-06f) << i;
+    ASSERT_NEAR(right[i], 1e-05f, 2e-06f) << i;
+  }
+  EXPECT_EQ(engine->outputHistoryLeft, 1e-05f);
+}
+
+TEST_F(BlockDriverTest, AnyBlockLengthIncludingZeroAndLongerThanTheScratch) {
+  auto engine = testing::makeEngine();
+  std::vector<float> l(100000, 7.0f), r(100000, 7.0f);
+  float* outputs[2] = {l.data(), r.data()};
+  engine->processReplacing(nullptr, outputs, 0);
+  EXPECT_EQ(l[0], 7.0f);  // a count of 0 writes nothing
+  for (int count : {1, 2, 109, 110, 111, 65535, 65536, 100000}) {
+    std::fill(l.begin(), l.end(), 7.0f);
+    engine->processReplacing(nullptr, outputs, count);
+    for (int i = 0; i < count; ++i) ASSERT_TRUE(std::isfinite(l[i]) && l[i] != 7.0f) << i;
+    EXPECT_EQ(l[count < 100000 ? count : 99999], count < 100000 ? 7.0f : l[99999]);
+  }
+  engine->processReplacing(nullptr, outputs, -5);
+  engine->processReplacing(nullptr, nullptr, 64);
+  float* halfNull[2] = {l.data(), nullptr};
+  engine->processReplacing(nullptr, halfNull, 64);
+}
+
+TEST_F(BlockDriverTest, ProcessAddsToWhatTheBuffersHold) {
+  auto a = testing::makeEngine();
+  auto b = testing::makeEngine();
+  std::vector<float> replaced(300), replacedR(300), added(300, 0.25f), addedR(300, -0.5f);
+  float* out1[2] = {replaced.data(), replacedR.data()};
+  float* out2[2] = {added.data(), addedR.data()};
+  a->processReplacing(nullptr, out1, 300);
+  b->process(nullptr, out2, 300);
+  for (int i = 0; i < 300; ++i) {
+    EXPECT_EQ(added[i], replaced[i] + 0.25f);
+    EXPECT_EQ(addedR[i], replacedR[i] + -0.5f);
+  }
+}
+
+TEST_F(BlockDriverTest, ProgramChangeResetsAtTheNextBlock) {
+  auto engine = testing::makeEngine();
+  testing::renderBlock(*engine, left, right, 64);
+  EXPECT_FALSE(engine->resetRequested);
+  engine->voices[3].ampState = kEnvSustain;
+  engine->setProgram(2);
+  EXPECT_TRUE(engine->resetRequested);
+  testing::renderBlock(*engine, left, right, 64);
+  EXPECT_FALSE(engine->resetRequested);
+  EXPECT_EQ(engine->voices[3].ampState, kEnvIdle);
+  // The refresh ran in that same block.
+  EXPECT_EQ(engine->refreshCountdown, 4410 - 64);
+}
+
+TEST_F(BlockDriverTest, SuspendClearsVoicesAndResumeWakesEffects) {
+  auto engine = testing::makeEngine();
+  engine->voices[0].ampState = kEnvDecay;
+  engine->oscGain[0] = 3.0f;
+  engine->suspend();
+  EXPECT_EQ(engine->voices[0].ampState, kEnvIdle);
+  EXPECT_EQ(engine->oscGain[0], 0.0f);
+  EXPECT_EQ(engine->samplesToTick, 0.0f);
+  engine->effectsAsleep = true;
+  engine->resume();
+  EXPECT_FALSE(engine->effectsAsleep);
+}
+
+TEST_F(BlockDriverTest, EffectsSleepAfterOneSecondOfSilenceOnBothChannels) {
+  auto engine = testing::makeEngine();
+  for (int i = 0; i < 16; ++i) testing::renderBlock(*engine, left, right, 4410);
+  EXPECT_TRUE(engine->effectsAsleep);
+  engine->params[kEffType] = choiceValue(3);
+  testing::renderBlock(*engine, left, right, 64);
+  EXPECT_FALSE(engine->effectsAsleep);  // a change of EffType wakes them
+}
+
+}  // namespace
+}  // namespace sablevox
