@@ -1,0 +1,54 @@
+// Chorus: the four modulated short-delay effects (chorus, ensemble, flanger,
+// two-band rotary speaker) sharing four lines and two LFO phases.
+#pragma once
+
+#include <array>
+
+namespace sablevox {
+
+class Chorus {
+ public:
+  // Dry/wet, Speed, Depth, Feedback, and the rotary's tremolo depth (no name).
+  static constexpr int kParameterCount = 5;
+  // Holds the deepest sweep at the highest supported rate; indices wrap.
+  static constexpr int kLineLength = 32768;
+
+  Chorus() = default;
+  Chorus(const Chorus&) = delete;
+  Chorus& operator=(const Chorus&) = delete;
+
+  // Empties the lines, restarts both LFOs and clears the rotary's crossover.
+  void reset();
+  void setSampleRate(float rate);
+  // 0 chorus, 1 ensemble, 2 flanger, 3 rotary; others leave blocks as they are.
+  void setMode(int mode);
+  // value is clamped to 0..1; an index at or above kParameterCount is ignored.
+  void setParameter(int index, float value);
+  void getParameterName(int index, char* text) const;
+  // Both buffers of count floats, in place. Audio thread only.
+  void process(float* left, float* right, int count);
+
+ private:
+  static constexpr int kMask = kLineLength - 1;
+  using Line = std::array<float, kLineLength>;
+
+  void processChorus(float* left, float* right, int count);
+  void processEnsemble(float* left, float* right, int count);
+  void processFlanger(float* left, float* right, int count);
+  void processRotary(float* left, float* right, int count);
+
+  std::array<float, kParameterCount> parameters_{0.5f, 0.5f, 0.5f, 0.5f, 0.5f};
+  float sampleRate_ = 44100.0f;
+  int mode_ = 0;
+  Line lineLeft_{};
+  Line lineRight_{};
+  Line lineHighLeft_{};   // rotary only
+  Line lineHighRight_{};  // rotary only
+  int writeIndex_ = 0;
+  float phase1_ = 0.0f;
+  float phase2_ = 0.0f;
+  float lowLeft_ = 0.0f;  // rotary crossover
+  float lowRight_ = 0.0f;
+};
+
+}  // namespace sablevox

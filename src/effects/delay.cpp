@@ -1,0 +1,175 @@
+// Delay: per-call decode of length and damping, then one loop per mode with
+// all state in locals.
+#include "effects/delay.h"
+
+#include <algorithm>
+
+#include "effects/effect_common.h"
+
+namespace sablevox {
+namespace {
+
+const char* const kNames[Delay::kParameterCount] = {"Dry/wet", "Delaytime", "Feedback", "Damp"};
+
+// Delay times in beats, chosen by "Delaytime".
+constexpr float kBeats[5] = {0.25f, 0.375f, 0.5f, 0.75f, 1.0f};
+
+// Far beyond the line, yet twice of it still fits an int: only the length
+// modulo the line matters.
+constexpr float kLongestDelay = 536870912.0f;  // 2^29
+
+}  // namespace
+
+void Delay::reset() {
+  lineLeft_.fill(0.0f);
+  lineRight_.fill(0.0f);
+  lineAux1_.fill(0.0f);
+  lineAux2_.fill(0.0f);
+  writeIndex_ = 0;
+  dampLeft_ = 0.0f;
+  dampRight_ = 0.0f;
+}
+
+void Delay::setSampleRate(float rate) {
+  sampleRate_ = clampEffectRate(rate);
+}
+
+void Delay::setTempo(float bpm) {
+  tempo_ = bpm;
+}
+
+void Delay::setMode(int mode) {
+  mode_ = mode;
+}
+
+void Delay::setParameter(int index, float value) {
+  if (index >= 0 && index < kParameterCount) parameters_[index] = clampUnit(value);
+}
+
+void Delay::getParameterName(int index, char* text) const {
+  writeParameterName(kNames, kParameterCount, index, text);
+}
+
+int Delay::delayLength() const {
+  const float beats = kBeats[static_cast<int>(parameters_[1] * 4.999f)];
+  const float samples = sampleRate_ / tempo_ * 60.0f * beats;
+  if (!(samples >= 0.0f)) return 0;  // negative or NaN tempo
+  return static_cast<int>(std::min(samples, kLongestDelay));
+}
+
+void Delay::process(float* left, float* right, int count) {
+  if (count <= 0 || left == nullptr || right == nullptr) return;
+  const int delay = delayLength();
+  const float e = 1.0f - parameters_[3];
+  const float g = std::min((e * e * e * 0.99f + 0.01f) * 44100.0f / sampleRate_, 1.0f);
+  switch (mode_) {
+    case 0:
+      processEcho(left, right, count, delay, delay, g);
+      break;
+    case 1:
+      processEcho(left, right, count, 2 * delay, delay, g);
+      break;
+    case 2:
+      processInverted(left, right, count, delay, g);
+      break;
+    case 3:
+      processCross(left, right, count, delay, g);
+      break;
+    default:
+      break;
+  }
+}
+
+// Modes 0 and 1: one damped echo per channel, no feedback.
+void Delay::processEcho(float* left, float* right, int count, int leftDelay, int delay, float g) {
+  const float h = 1.0f - g;
+  const float wet = parameters_[0] * parameters_[0];
+  float* lineL = lineLeft_.data();
+  float* lineR = lineRight_.data();
+  float dampL = dampLeft_;
+  float dampR = dampRight_;
+  int w = writeIndex_;
+  for (int i = 0; i < count; ++i) {
+    const float l = left[i];
+    const float r = right[i];
+    dampL = l * g + h * dampL + kDenormalOffset;
+    dampR = r * g + h * dampR + kDenormalOffset;
+    lineL[w] = dampL;
+    lineR[w] = dampR;
+    left[i] = lineL[(w - leftDelay) & kMask] * wet + l;
+    right[i] = lineR[(w - delay) & kMask] * wet + r;
+    w = (w + 1) & kMask;
+  }
+  dampLeft_ = dampL;
+  dampRight_ = dampR;
+  writeIndex_ = w;
+}
+
+// Mode 2: input and echo enter the line through the same factor, the echo
+// negated, so successive echoes alternate in polarity.
+void Delay::processInverted(float* left, float* right, int count, int delay, float g) {
+  const float h = 1.0f - g;
+  const float wet = parameters_[0];
+  const float fb = parameters_[2] * 0.9f + 0.1f;
+  float* lineL = lineLeft_.data();
+  float* lineR = lineRight_.data();
+  float dampL = dampLeft_;
+  float dampR = dampRight_;
+  int w = writeIndex_;
+  for (int i = 0; i < count; ++i) {
+    const float l = left[i];
+    const float r = right[i];
+    const int read = (w - delay) & kMask;
+    const float dl = lineL[read];
+    const float dr = lineR[read];
+    dampL = (fb * l - dl * fb) * g + h * dampL + kDenormalOffset;
+    dampR = (fb * r - dr * fb) * g + h * dampR + kDenormalOffset;
+    lineL[w] = dampL;
+    lineR[w] = dampR;
+    // Read again: at a zero delay this is the sample just written.
+    left[i] = lineL[read] * wet + l;
+    right[i] = lineR[read] * wet + r;
+    w = (w + 1) & kMask;
+  }
+  dampLeft_ = dampL;
+  dampRight_ = dampR;
+  writeIndex_ = w;
+}
+
+// Mode 3: each channel's delayed signal feeds the other channel's line,
+// negated; the right input reaches the left output after one delay.
+void Delay::processCross(float* left, float* right, int count, int delay, float g) {
+  const float h = 1.0f - g;
+  const float wet = parameters_[0];
+  const float fb = parameters_[2] * 0.9f + 0.1f;
+  const int doubled = 2 * delay;
+  float* lineL = lineLeft_.data();
+  float* lineR = lineRight_.data();
+  float* aux1 = lineAux1_.data();
+  float* aux2 = lineAux2_.data();
+  float dampL = dampLeft_;
+  float dampR = dampRight_;
+  int w = writeIndex_;
+  for (int i = 0; i < count; ++i) {
+    const float l = left[i];
+    const float r = right[i];
+    const int far = (w - doubled) & kMask;
+    const float tr = lineR[far] * fb;
+    const float tl = lineL[far] * fb;
+    aux1[w] = (fb + 1.0f) * tl * 0.5f;
+    aux2[w] = r;
+    const int near = (w - delay) & kMask;
+    left[i] = (aux2[near] + aux1[near]) * wet + l;
+    right[i] = tr * wet + r;
+    dampL = h * dampL - (tr + l) * g + kDenormalOffset;
+    dampR = h * dampR - (tl + r) * g + kDenormalOffset;
+    lineL[w] = dampL;
+    lineR[w] = dampR;
+    w = (w + 1) & kMask;
+  }
+  dampLeft_ = dampL;
+  dampRight_ = dampR;
+  writeIndex_ = w;
+}
+
+}  // namespace sablevox

@@ -1,0 +1,56 @@
+// Delay: a stereo echo whose time is a musical fraction of the host's beat,
+// in four modes (plain, left doubled, inverted feedback, cross-feed).
+#pragma once
+
+#include <array>
+
+namespace sablevox {
+
+class Delay {
+ public:
+  static constexpr int kParameterCount = 4;  // Dry/wet, Delaytime, Feedback, Damp
+  // About three seconds at 44100 Hz; every index wraps, so longer delays
+  // (slow tempi, high rates) read a newer sample instead of leaving the line.
+  static constexpr int kLineLength = 131072;
+
+  Delay() = default;
+  Delay(const Delay&) = delete;
+  Delay& operator=(const Delay&) = delete;
+
+  // Empties the lines and the damping filters; parameters stay.
+  void reset();
+  void setSampleRate(float rate);
+  // Beats per minute; any value is accepted, a non-positive or non-numeric
+  // tempo gives a zero delay and an infinite one the longest.
+  void setTempo(float bpm);
+  // 0 "Delay A", 1 "Delay C", 2 "Delay B", 3 "Delay D"; others leave blocks as they are.
+  void setMode(int mode);
+  // value is clamped to 0..1; an index at or above kParameterCount is ignored.
+  void setParameter(int index, float value);
+  void getParameterName(int index, char* text) const;
+  // Both buffers of count floats, in place. Audio thread only.
+  void process(float* left, float* right, int count);
+
+ private:
+  static constexpr int kMask = kLineLength - 1;
+  using Line = std::array<float, kLineLength>;
+
+  int delayLength() const;
+  void processEcho(float* left, float* right, int count, int leftDelay, int delay, float g);
+  void processInverted(float* left, float* right, int count, int delay, float g);
+  void processCross(float* left, float* right, int count, int delay, float g);
+
+  std::array<float, kParameterCount> parameters_{0.5f, 0.5f, 0.5f, 0.3f};
+  float sampleRate_ = 44100.0f;
+  float tempo_ = 120.0f;
+  int mode_ = 0;
+  Line lineLeft_{};
+  Line lineRight_{};
+  Line lineAux1_{};  // mode 3 only
+  Line lineAux2_{};  // mode 3 only
+  int writeIndex_ = 0;
+  float dampLeft_ = 0.0f;
+  float dampRight_ = 0.0f;
+};
+
+}  // namespace sablevox
