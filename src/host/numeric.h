@@ -62,9 +62,12 @@ inline double fastExp(double x) {
   // negative t on the floor side.
   const int32_t n = t >= 0.0 ? static_cast<int32_t>(t) : static_cast<int32_t>(t + 1023.0) - 1023;
   double m = t - static_cast<double>(n - 1);
-  // t + 1023 can round up onto n when t lies a hair below it; m then falls
-  // under 1 and the mantissa would jump an octave. The limit there is 2^n.
+  // Rounding can push m out of 1..2 when t lies a hair below a whole number:
+  // t + 1023 rounds up onto n (m < 1), or t + 1 rounds up to 2. Either way the
+  // result would jump an octave; keep m inside the octave instead.
+  constexpr double kBelowTwo = std::bit_cast<double>(0x3FFFFFFFFFFFFFFFull);
   m = m >= 1.0 ? m : 1.0;
+  m = m <= kBelowTwo ? m : kBelowTwo;
   const uint64_t bits = std::bit_cast<uint64_t>(m);
   const uint32_t mant = static_cast<uint32_t>(bits >> 32) & 0xFFFFFu;
   const uint32_t top = mant >> 11;
