@@ -10,45 +10,31 @@ namespace {
 
 using namespace sablevox;
 
-void fastExpCall(benchmark::State& state) {
-  double x = -6.0;
-  for (auto _ : state) {
-    benchmark::DoNotOptimize(fastExp(x));
-    x = x < 6.0 ? x + 0.001 : -6.0;
-  }
+double stdExp(double x) {
+  return std::exp(x);
 }
-BENCHMARK(fastExpCall);
+double stdSin(double x) {
+  return std::sin(x);
+}
 
-void stdExpCall(benchmark::State& state) {
-  double x = -6.0;
+// Calls f over a sweep of -3..3 so that no call can be folded away.
+template <typename T, auto f>
+void sweep(benchmark::State& state) {
+  T x = -3;
   for (auto _ : state) {
-    benchmark::DoNotOptimize(std::exp(x));
-    x = x < 6.0 ? x + 0.001 : -6.0;
+    benchmark::DoNotOptimize(f(x));
+    x = x < 3 ? x + static_cast<T>(0.001) : -3;
   }
 }
-BENCHMARK(stdExpCall);
-
-void fastSinCall(benchmark::State& state) {
-  float x = -3.0f;
-  for (auto _ : state) {
-    benchmark::DoNotOptimize(fastSin(x));
-    x = x < 3.0f ? x + 0.001f : -3.0f;
-  }
-}
-BENCHMARK(fastSinCall);
-
-void stdSinCall(benchmark::State& state) {
-  double x = -3.0;
-  for (auto _ : state) {
-    benchmark::DoNotOptimize(std::sin(x));
-    x = x < 3.0 ? x + 0.001 : -3.0;
-  }
-}
-BENCHMARK(stdSinCall);
+BENCHMARK(sweep<double, fastExp>)->Name("fastExp");
+BENCHMARK(sweep<double, stdExp>)->Name("std::exp");
+BENCHMARK(sweep<float, fastSin>)->Name("fastSin");
+BENCHMARK(sweep<float, fastCos>)->Name("fastCos");
+BENCHMARK(sweep<double, stdSin>)->Name("std::sin");
 
 void randomRangeCall(benchmark::State& state) {
   for (auto _ : state) benchmark::DoNotOptimize(randomRange(-1.0f, 1.0f));
 }
-BENCHMARK(randomRangeCall);
+BENCHMARK(randomRangeCall)->Name("randomRange");
 
 }  // namespace
