@@ -37,7 +37,18 @@ struct Signal {
   }
 };
 
-void perSample(benchmark::State& state) {
+// Times run(left, right) on a fresh copy of the noise block per iteration and
+// reports the cost per sample.
+template <typename Run>
+void timeBlocks(benchmark::State& state, Run run) {
+  const Signal input;
+  Signal work;
+  for (auto _ : state) {
+    work.left = input.left;
+    work.right = input.right;
+    run(work.left.data(), work.right.data());
+    benchmark::DoNotOptimize(work.left.data());
+  }
   state.counters["ns/sample"] =
       benchmark::Counter(static_cast<double>(state.iterations()) * kBlock * 1e-9,
                          benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
@@ -52,31 +63,19 @@ void effectType(benchmark::State& state) {
   auto stereo = std::make_unique<Stereo>();
   EffectUnits fx{delay.get(), chorus.get(), reverb.get(), equaliser.get(), stereo.get()};
   HostTempo tempo;
-  const Signal input;
-  Signal work;
-  for (auto _ : state) {
-    work.left = input.left;
-    work.right = input.right;
-    runEffect(type, fx, work.left.data(), work.right.data(), kBlock, kRate, 0.7f, 0.6f, tempo);
-    benchmark::DoNotOptimize(work.left.data());
-  }
-  perSample(state);
+  timeBlocks(state, [&](float* left, float* right) {
+    runEffect(type, fx, left, right, kBlock, kRate, 0.7f, 0.6f, tempo);
+  });
 }
 BENCHMARK(effectType)->DenseRange(1, 18);
 
 void equaliserStage(benchmark::State& state) {
   Equaliser eq;
-  const Signal input;
-  Signal work;
-  for (auto _ : state) {
-    work.left = input.left;
-    work.right = input.right;
+  timeBlocks(state, [&](float* left, float* right) {
     eq.setSampleRate(kRate);
     eq.setGain(1.0f);
-    eq.process(work.left.data(), work.right.data(), kBlock);
-    benchmark::DoNotOptimize(work.left.data());
-  }
-  perSample(state);
+    eq.process(left, right, kBlock);
+  });
 }
 BENCHMARK(equaliserStage);
 

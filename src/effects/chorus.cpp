@@ -8,8 +8,6 @@
 namespace sablevox {
 namespace {
 
-const char* const kNames[Chorus::kParameterCount] = {"Dry/wet", "Speed", "Depth", "Feedback", ""};
-
 constexpr int kMask = Chorus::kLineLength - 1;
 
 // Linear interpolation d samples behind w (d >= 0, bounded).
@@ -39,22 +37,6 @@ void Chorus::reset() {
   phase2_ = 0.0f;
   lowLeft_ = 0.0f;
   lowRight_ = 0.0f;
-}
-
-void Chorus::setSampleRate(float rate) {
-  sampleRate_ = clampEffectRate(rate);
-}
-
-void Chorus::setMode(int mode) {
-  mode_ = mode;
-}
-
-void Chorus::setParameter(int index, float value) {
-  if (index >= 0 && index < kParameterCount) parameters_[index] = clampUnit(value);
-}
-
-void Chorus::getParameterName(int index, char* text) const {
-  writeParameterName(kNames, kParameterCount, index, text);
 }
 
 void Chorus::process(float* left, float* right, int count) {

@@ -4,6 +4,8 @@
 
 #include <array>
 
+#include "effects/effect_common.h"
+
 namespace sablevox {
 
 class Chorus {
@@ -19,16 +21,20 @@ class Chorus {
 
   // Empties the lines, restarts both LFOs and clears the rotary's crossover.
   void reset();
-  void setSampleRate(float rate);
+  void setSampleRate(float rate) { sampleRate_ = clampEffectRate(rate); }
   // 0 chorus, 1 ensemble, 2 flanger, 3 rotary; others leave blocks as they are.
-  void setMode(int mode);
+  void setMode(int mode) { mode_ = mode; }
   // value is clamped to 0..1; an index at or above kParameterCount is ignored.
-  void setParameter(int index, float value);
-  void getParameterName(int index, char* text) const;
+  void setParameter(int index, float value) { storeParameter(parameters_, index, value); }
+  void getParameterName(int index, char* text) const {
+    writeParameterName(kNames, kParameterCount, index, text);
+  }
   // Both buffers of count floats, in place. Audio thread only.
   void process(float* left, float* right, int count);
 
  private:
+  static constexpr const char* kNames[kParameterCount] = {"Dry/wet", "Speed", "Depth", "Feedback",
+                                                          ""};
   static constexpr int kMask = kLineLength - 1;
   using Line = std::array<float, kLineLength>;
 

@@ -9,8 +9,6 @@
 namespace sablevox {
 namespace {
 
-const char* const kNames[Delay::kParameterCount] = {"Dry/wet", "Delaytime", "Feedback", "Damp"};
-
 // Delay times in beats, chosen by "Delaytime".
 constexpr float kBeats[5] = {0.25f, 0.375f, 0.5f, 0.75f, 1.0f};
 
@@ -30,26 +28,6 @@ void Delay::reset() {
   dampRight_ = 0.0f;
 }
 
-void Delay::setSampleRate(float rate) {
-  sampleRate_ = clampEffectRate(rate);
-}
-
-void Delay::setTempo(float bpm) {
-  tempo_ = bpm;
-}
-
-void Delay::setMode(int mode) {
-  mode_ = mode;
-}
-
-void Delay::setParameter(int index, float value) {
-  if (index >= 0 && index < kParameterCount) parameters_[index] = clampUnit(value);
-}
-
-void Delay::getParameterName(int index, char* text) const {
-  writeParameterName(kNames, kParameterCount, index, text);
-}
-
 int Delay::delayLength() const {
   const float beats = kBeats[static_cast<int>(parameters_[1] * 4.999f)];
   const float samples = sampleRate_ / tempo_ * 60.0f * beats;
@@ -64,13 +42,13 @@ void Delay::process(float* left, float* right, int count) {
   const float g = std::min((e * e * e * 0.99f + 0.01f) * 44100.0f / sampleRate_, 1.0f);
   switch (mode_) {
     case 0:
-      processEcho(left, right, count, delay, delay, g);
+      processEcho<false>(left, right, count, delay, delay, g);
       break;
     case 1:
-      processEcho(left, right, count, 2 * delay, delay, g);
+      processEcho<false>(left, right, count, 2 * delay, delay, g);
       break;
     case 2:
-      processInverted(left, right, count, delay, g);
+      processEcho<true>(left, right, count, delay, delay, g);
       break;
     case 3:
       processCross(left, right, count, delay, g);
@@ -80,36 +58,14 @@ void Delay::process(float* left, float* right, int count) {
   }
 }
 
-// Modes 0 and 1: one damped echo per channel, no feedback.
+// Modes 0 to 2: one damped line per channel. Modes 0 and 1 feed nothing back
+// and play the echo at the squared "Dry/wet". Mode 2 (kInverted) lets input
+// and echo enter the line through the same factor, the echo negated, so
+// successive echoes alternate in polarity.
+template <bool kInverted>
 void Delay::processEcho(float* left, float* right, int count, int leftDelay, int delay, float g) {
   const float h = 1.0f - g;
-  const float wet = parameters_[0] * parameters_[0];
-  float* lineL = lineLeft_.data();
-  float* lineR = lineRight_.data();
-  float dampL = dampLeft_;
-  float dampR = dampRight_;
-  int w = writeIndex_;
-  for (int i = 0; i < count; ++i) {
-    const float l = left[i];
-    const float r = right[i];
-    dampL = l * g + h * dampL + kDenormalOffset;
-    dampR = r * g + h * dampR + kDenormalOffset;
-    lineL[w] = dampL;
-    lineR[w] = dampR;
-    left[i] = lineL[(w - leftDelay) & kMask] * wet + l;
-    right[i] = lineR[(w - delay) & kMask] * wet + r;
-    w = (w + 1) & kMask;
-  }
-  dampLeft_ = dampL;
-  dampRight_ = dampR;
-  writeIndex_ = w;
-}
-
-// Mode 2: input and echo enter the line through the same factor, the echo
-// negated, so successive echoes alternate in polarity.
-void Delay::processInverted(float* left, float* right, int count, int delay, float g) {
-  const float h = 1.0f - g;
-  const float wet = parameters_[0];
+  const float wet = kInverted ? parameters_[0] : parameters_[0] * parameters_[0];
   const float fb = parameters_[2] * 0.9f + 0.1f;
   float* lineL = lineLeft_.data();
   float* lineR = lineRight_.data();
@@ -119,16 +75,21 @@ void Delay::processInverted(float* left, float* right, int count, int delay, flo
   for (int i = 0; i < count; ++i) {
     const float l = left[i];
     const float r = right[i];
-    const int read = (w - delay) & kMask;
-    const float dl = lineL[read];
-    const float dr = lineR[read];
-    dampL = (fb * l - dl * fb) * g + h * dampL + kDenormalOffset;
-    dampR = (fb * r - dr * fb) * g + h * dampR + kDenormalOffset;
+    const int readL = (w - leftDelay) & kMask;
+    const int readR = (w - delay) & kMask;
+    float inL = l;
+    float inR = r;
+    if constexpr (kInverted) {
+      inL = fb * l - lineL[readL] * fb;
+      inR = fb * r - lineR[readR] * fb;
+    }
+    dampL = inL * g + h * dampL + kDenormalOffset;
+    dampR = inR * g + h * dampR + kDenormalOffset;
     lineL[w] = dampL;
     lineR[w] = dampR;
-    // Read again: at a zero delay this is the sample just written.
-    left[i] = lineL[read] * wet + l;
-    right[i] = lineR[read] * wet + r;
+    // Read after the write: at a zero delay this is the sample just written.
+    left[i] = lineL[readL] * wet + l;
+    right[i] = lineR[readR] * wet + r;
     w = (w + 1) & kMask;
   }
   dampLeft_ = dampL;

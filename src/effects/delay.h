@@ -4,6 +4,8 @@
 
 #include <array>
 
+#include "effects/effect_common.h"
+
 namespace sablevox {
 
 class Delay {
@@ -19,25 +21,29 @@ class Delay {
 
   // Empties the lines and the damping filters; parameters stay.
   void reset();
-  void setSampleRate(float rate);
+  void setSampleRate(float rate) { sampleRate_ = clampEffectRate(rate); }
   // Beats per minute; any value is accepted, a non-positive or non-numeric
   // tempo gives a zero delay and an infinite one the longest.
-  void setTempo(float bpm);
+  void setTempo(float bpm) { tempo_ = bpm; }
   // 0 "Delay A", 1 "Delay C", 2 "Delay B", 3 "Delay D"; others leave blocks as they are.
-  void setMode(int mode);
+  void setMode(int mode) { mode_ = mode; }
   // value is clamped to 0..1; an index at or above kParameterCount is ignored.
-  void setParameter(int index, float value);
-  void getParameterName(int index, char* text) const;
+  void setParameter(int index, float value) { storeParameter(parameters_, index, value); }
+  void getParameterName(int index, char* text) const {
+    writeParameterName(kNames, kParameterCount, index, text);
+  }
   // Both buffers of count floats, in place. Audio thread only.
   void process(float* left, float* right, int count);
 
  private:
+  static constexpr const char* kNames[kParameterCount] = {"Dry/wet", "Delaytime", "Feedback",
+                                                          "Damp"};
   static constexpr int kMask = kLineLength - 1;
   using Line = std::array<float, kLineLength>;
 
   int delayLength() const;
+  template <bool kInverted>
   void processEcho(float* left, float* right, int count, int leftDelay, int delay, float g);
-  void processInverted(float* left, float* right, int count, int delay, float g);
   void processCross(float* left, float* right, int count, int delay, float g);
 
   std::array<float, kParameterCount> parameters_{0.5f, 0.5f, 0.5f, 0.3f};

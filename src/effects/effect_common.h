@@ -2,6 +2,8 @@
 // offset. Header-only; everything here is cheap enough for a sample loop.
 #pragma once
 
+#include <array>
+
 #include "host/text_copy.h"
 
 namespace sablevox {
@@ -47,6 +49,13 @@ inline float triangleShape(float p) {
 // 1 at 0.25, 0.5 at 0.5, 0 at 0.75. No table.
 inline float parabolicShape(float p) {
   return p < 0.5f ? (4.0f - 8.0f * p) * p + 0.5f : 8.0f * p * p - 12.0f * p + 4.5f;
+}
+
+// The effects' setParameter: values clamped to 0..1, an index outside the
+// list ignored.
+template <std::size_t kCount>
+inline void storeParameter(std::array<float, kCount>& parameters, int index, float value) {
+  if (index >= 0 && index < static_cast<int>(kCount)) parameters[index] = clampUnit(value);
 }
 
 // Parameter names go into the caller's buffer, which must hold

@@ -10,13 +10,6 @@
 #include "host/numeric.h"
 
 namespace sablevox {
-namespace {
-
-const char* const kNames[Equaliser::kParameterCount] = {"Low cutoff", "Low Q", "Low gain",
-                                                        "High cutoff", "High gain"};
-
-}  // namespace
-
 void Equaliser::reset() {
   sections_.fill(EqualiserSection{});
   dcLeft_ = 0.0f;
@@ -34,10 +27,6 @@ void Equaliser::setSampleRate(float rate) {
     }
   }
   dcCoefficient_ = dcCutoff_ * 100.0f / sampleRate_;
-}
-
-void Equaliser::getParameterName(int index, char* text) const {
-  writeParameterName(kNames, kParameterCount, index, text);
 }
 
 // Shelf of the usual public formulas with a slope set by q; even indices low,

@@ -5,6 +5,8 @@
 
 #include <array>
 
+#include "effects/effect_common.h"
+
 namespace sablevox {
 
 // One biquad; b1 and b2 are subtracted.
@@ -30,7 +32,9 @@ class Equaliser {
   // sections anew; cheap enough for every block.
   void setSampleRate(float rate);
   void setGain(float gain) { outputGain_ = gain; }
-  void getParameterName(int index, char* text) const;
+  void getParameterName(int index, char* text) const {
+    writeParameterName(kNames, kParameterCount, index, text);
+  }
   // Left block, then right block, in place. Audio thread only.
   void process(float* left, float* right, int count);
 
@@ -40,6 +44,8 @@ class Equaliser {
   const EqualiserSection& section(int index) const { return sections_[index]; }
 
  private:
+  static constexpr const char* kNames[kParameterCount] = {"Low cutoff", "Low Q", "Low gain",
+                                                          "High cutoff", "High gain"};
   void design(int index, double frequency, double gain, double q);
   void processChannel(float* samples, int count, EqualiserSection& low, EqualiserSection& high,
                       float& dc, long long& silence) const;

@@ -10,8 +10,6 @@
 namespace sablevox {
 namespace {
 
-const char* const kNames[Reverb::kParameterCount] = {"Dry/wet", "Size", "Feedback", "Damp"};
-
 // Section lengths relative to the scale, and loop decays. The longest
 // section has the smallest decay, so all sections die away at about the
 // same rate; the two sides take interleaved entries.
@@ -36,22 +34,6 @@ int reverbSectionLength(float size, float sampleRate, float tableEntry) {
 void Reverb::reset() {
   for (auto& line : lines_) line.fill(0.0f);
   writeIndex_ = 0;
-}
-
-void Reverb::setSampleRate(float rate) {
-  sampleRate_ = clampEffectRate(rate);
-}
-
-void Reverb::setMode(int mode) {
-  mode_ = mode;
-}
-
-void Reverb::setParameter(int index, float value) {
-  if (index >= 0 && index < kParameterCount) parameters_[index] = clampUnit(value);
-}
-
-void Reverb::getParameterName(int index, char* text) const {
-  writeParameterName(kNames, kParameterCount, index, text);
 }
 
 void Reverb::process(float* left, float* right, int count) {

@@ -5,6 +5,8 @@
 
 #include <array>
 
+#include "effects/effect_common.h"
+
 namespace sablevox {
 
 // Length of a section in samples for a "Size" value (0..1), a sample rate and
@@ -25,16 +27,19 @@ class Reverb {
 
   // Empties the lines; LFO phases and loop filters go on from where they are.
   void reset();
-  void setSampleRate(float rate);
+  void setSampleRate(float rate) { sampleRate_ = clampEffectRate(rate); }
   // 5 eight sections a side, 6 four; others (3 at the start) leave blocks as they are.
-  void setMode(int mode);
+  void setMode(int mode) { mode_ = mode; }
   // value is clamped to 0..1; an index at or above kParameterCount is ignored.
-  void setParameter(int index, float value);
-  void getParameterName(int index, char* text) const;
+  void setParameter(int index, float value) { storeParameter(parameters_, index, value); }
+  void getParameterName(int index, char* text) const {
+    writeParameterName(kNames, kParameterCount, index, text);
+  }
   // Both buffers of count floats, in place, any count. Audio thread only.
   void process(float* left, float* right, int count);
 
  private:
+  static constexpr const char* kNames[kParameterCount] = {"Dry/wet", "Size", "Feedback", "Damp"};
   static constexpr int kMask = kBlockLength - 1;
 
   // Per-call decode of one section.

@@ -6,28 +6,6 @@
 #include "effects/effect_common.h"
 
 namespace sablevox {
-namespace {
-
-const char* const kNames[Stereo::kParameterCount] = {"Dry/wet", "Pan"};
-
-}  // namespace
-
-void Stereo::setSampleRate(float rate) {
-  sampleRate_ = clampEffectRate(rate);
-}
-
-void Stereo::setMode(int mode) {
-  mode_ = mode;
-}
-
-void Stereo::setParameter(int index, float value) {
-  if (index >= 0 && index < kParameterCount) parameters_[index] = clampUnit(value);
-}
-
-void Stereo::getParameterName(int index, char* text) const {
-  writeParameterName(kNames, kParameterCount, index, text);
-}
-
 void Stereo::process(float* left, float* right, int count) {
   if (count <= 0 || left == nullptr || right == nullptr) return;
   if (mode_ == 0) {

@@ -5,6 +5,8 @@
 
 #include <array>
 
+#include "effects/effect_common.h"
+
 namespace sablevox {
 
 class Stereo {
@@ -17,16 +19,19 @@ class Stereo {
 
   // Nothing to empty: the all-pass history is not cleared.
   void reset() {}
-  void setSampleRate(float rate);
+  void setSampleRate(float rate) { sampleRate_ = clampEffectRate(rate); }
   // 0 enhance, 1 surround; others leave blocks as they are.
-  void setMode(int mode);
+  void setMode(int mode) { mode_ = mode; }
   // value is clamped to 0..1; an index at or above kParameterCount is ignored.
-  void setParameter(int index, float value);
-  void getParameterName(int index, char* text) const;
+  void setParameter(int index, float value) { storeParameter(parameters_, index, value); }
+  void getParameterName(int index, char* text) const {
+    writeParameterName(kNames, kParameterCount, index, text);
+  }
   // Both buffers of count floats, in place. Audio thread only.
   void process(float* left, float* right, int count);
 
  private:
+  static constexpr const char* kNames[kParameterCount] = {"Dry/wet", "Pan"};
   void processEnhance(float* left, float* right, int count);
   void processSurround(float* left, float* right, int count);
 

@@ -105,19 +105,8 @@ TEST(Chorus, FlangerAtFullWetIsHalfTheLine) {
 }
 
 TEST(Chorus, ResetReturnsToTheFreshState) {
-  for (int mode = 0; mode < 4; ++mode) {
-    auto used = makeChorus(mode, 48000.0f, 0.7f, 0.4f, 0.6f);
-    auto fresh = makeChorus(mode, 48000.0f, 0.7f, 0.4f, 0.6f);
-    Stereo2 warmup = testing::noise(20000, 3);
-    testing::runBlocks(*used, warmup, 333);
-    used->reset();
-    Stereo2 a = testing::noise(20000, 4);
-    Stereo2 b = a;
-    testing::runBlocks(*used, a, 500);
-    testing::runBlocks(*fresh, b, 500);
-    EXPECT_EQ(a.left, b.left) << "mode " << mode;
-    EXPECT_EQ(a.right, b.right) << "mode " << mode;
-  }
+  testing::expectResetGivesFreshState(
+      [](int mode) { return makeChorus(mode, 48000.0f, 0.7f, 0.4f, 0.6f); }, 4, 20000);
 }
 
 }  // namespace

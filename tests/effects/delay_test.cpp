@@ -117,19 +117,8 @@ TEST(Delay, ModeThreeCrossesTheChannels) {
 }
 
 TEST(Delay, ResetReturnsToTheFreshState) {
-  for (int mode = 0; mode < 4; ++mode) {
-    auto used = makeDelay(mode, 44100.0f, 133.0f, 0.6f, 0.7f, 0.2f);
-    auto fresh = makeDelay(mode, 44100.0f, 133.0f, 0.6f, 0.7f, 0.2f);
-    Stereo2 warmup = testing::noise(30000, 1);
-    testing::runBlocks(*used, warmup, 512);
-    used->reset();
-    Stereo2 a = testing::noise(40000, 2);
-    Stereo2 b = a;
-    testing::runBlocks(*used, a, 700);
-    testing::runBlocks(*fresh, b, 700);
-    EXPECT_EQ(a.left, b.left) << "mode " << mode;
-    EXPECT_EQ(a.right, b.right) << "mode " << mode;
-  }
+  testing::expectResetGivesFreshState(
+      [](int mode) { return makeDelay(mode, 44100.0f, 133.0f, 0.6f, 0.7f, 0.2f); }, 4, 40000);
 }
 
 }  // namespace

@@ -1,6 +1,8 @@
 // Helpers shared by the effect tests: signals, block-wise runs, a host tempo.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <cmath>
 #include <random>
 #include <vector>
@@ -49,6 +51,25 @@ inline float maxAbs(const std::vector<float>& x, int from = 0, int to = -1) {
   float m = 0.0f;
   for (int i = from; i < to; ++i) m = std::max(m, std::fabs(x[i]));
   return m;
+}
+
+// After noise and a reset, a unit plays exactly like a fresh one made the
+// same way by make(mode).
+template <typename Make>
+void expectResetGivesFreshState(Make make, int modes, int samples) {
+  for (int mode = 0; mode < modes; ++mode) {
+    auto used = make(mode);
+    auto fresh = make(mode);
+    Stereo2 warmup = noise(samples, 1);
+    runBlocks(*used, warmup, 333);
+    used->reset();
+    Stereo2 a = noise(samples, 2);
+    Stereo2 b = a;
+    runBlocks(*used, a, 700);
+    runBlocks(*fresh, b, 700);
+    EXPECT_EQ(a.left, b.left) << "mode " << mode;
+    EXPECT_EQ(a.right, b.right) << "mode " << mode;
+  }
 }
 
 class FixedTempo : public TempoSource {
