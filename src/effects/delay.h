@@ -22,8 +22,8 @@ class Delay {
   // Empties the lines and the damping filters; parameters stay.
   void reset();
   void setSampleRate(float rate) { sampleRate_ = clampEffectRate(rate); }
-  // Beats per minute; any value is accepted, a non-positive or non-numeric
-  // tempo gives a zero delay and an infinite one the longest.
+  // Beats per minute; any value is accepted: a negative or non-numeric tempo
+  // gives a zero delay, a zero tempo the longest (only its wrap matters).
   void setTempo(float bpm) { tempo_ = bpm; }
   // 0 "Delay A", 1 "Delay C", 2 "Delay B", 3 "Delay D"; others leave blocks as they are.
   void setMode(int mode) { mode_ = mode; }
