@@ -10,9 +10,15 @@ function(sablevox_library name)
   foreach(ex IN LISTS ARG_EXCLUDE)
     list(REMOVE_ITEM sources ${CMAKE_SOURCE_DIR}/${ex})
   endforeach()
-  add_library(${name} STATIC ${sources})
-  target_include_directories(${name} PUBLIC ${CMAKE_SOURCE_DIR}/src ${CMAKE_BINARY_DIR}/generated)
-  target_link_libraries(${name} PUBLIC ${ARG_DEPS} Threads::Threads)
+  if(sources)
+    add_library(${name} STATIC ${sources})
+    set(scope PUBLIC)
+  else()
+    add_library(${name} INTERFACE)  # a folder with headers only, so far
+    set(scope INTERFACE)
+  endif()
+  target_include_directories(${name} ${scope} ${CMAKE_SOURCE_DIR}/src ${CMAKE_BINARY_DIR}/generated)
+  target_link_libraries(${name} ${scope} ${ARG_DEPS} Threads::Threads)
 endfunction()
 
 # One GoogleTest executable per tests/<area> folder.
