@@ -49,8 +49,8 @@ void timeBlocks(benchmark::State& state, Run run) {
     run(work.left.data(), work.right.data());
     benchmark::DoNotOptimize(work.left.data());
   }
-  state.counters["ns/sample"] =
-      benchmark::Counter(static_cast<double>(state.iterations()) * kBlock * 1e-9,
+  state.counters["per_sample"] =
+      benchmark::Counter(static_cast<double>(state.iterations()) * kBlock,
                          benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
 }
 
