@@ -19,6 +19,7 @@
 #include "host/program_record.h"
 #include "host/shared_word.h"
 #include "notes/event_slot.h"
+#include "notes/ui_note_queue.h"
 #include "voice/render_types.h"
 #include "voice/voice.h"
 #include "waves/wave_store.h"
@@ -180,6 +181,8 @@ class ADelay : public AudioEffectX {
 
   Shared<bool> workerStop{false};
   Shared<bool> resetRequested{false};
+  // Keys of the editor's keyboard on their way to the audio thread.
+  UiNoteQueue uiNotes;
 
  private:
   void makeProgramCurrent(int program);
