@@ -1,0 +1,256 @@
+// Note start and release on the voice records: folding, the voice search and
+// stealing rule, the three depths of a start, glide and "2 keys" legato, and
+// the release pop.
+#include <cstring>
+#include <memory>
+
+#include "filter/filter_design.h"
+#include "host/numeric.h"
+#include "notes_support.h"
+
+namespace sablevox {
+namespace {
+
+using testing::NotesTest;
+
+class NoteAllocationTest : public NotesTest {
+ protected:
+  // A voice that has been sounding for a while: every field a start may or
+  // may not reset holds something recognisable.
+  void makeSounding(int v, int note, uint8_t state, float level) {
+    Voice& voice = engine->voices[v];
+    voice.note = static_cast<int8_t>(note);
+    voice.gate = 1;
+    voice.velocity = 33;
+    voice.ampState = state;
+    voice.filtState = state;
+    voice.ampLevel = voice.filtLevel = voice.level = voice.levelTarget = level;
+    voice.levelStart = voice.levelStep = level;
+    voice.tickCount = 500;
+    for (int m = 0; m < 4; ++m) {
+      for (int o = 0; o < 2; ++o) {
+        voice.oscPhase[m][o] = 1000u + static_cast<uint32_t>(v * 8 + m * 2 + o);
+        voice.oscFrame[m][o] = 77 + m;
+      }
+    }
+    voice.filterLeft.mode = voice.filterRight.mode = 1.0f;
+    for (float& h : voice.filterLeft.hist1) h = 0.25f;
+    for (float& h : voice.filterRight.hist2) h = -0.5f;
+    voice.outputState[0] = voice.outputState[1] = 0.125f;
+    voice.panLeft = voice.panRight = 0.3f;
+    voice.voiceLfo[0] = voice.voiceLfo[1] = voice.voiceLfo[2] = 0.7f;
+    voice.tuneRatio = 1.003f;
+  }
+
+  // Expects the sound state of a voice made by makeSounding to be untouched.
+  void expectSoundKept(int v, float level) {
+    const Voice& voice = engine->voices[v];
+    EXPECT_EQ(voice.ampLevel, level);
+    EXPECT_EQ(voice.level, level);
+    EXPECT_EQ(voice.levelStep, level);
+    EXPECT_EQ(voice.oscPhase[1][1], 1000u + static_cast<uint32_t>(v * 8 + 3));
+    EXPECT_EQ(voice.oscFrame[3][0], 80);
+    EXPECT_EQ(voice.filterLeft.hist1[0], 0.25f);
+    EXPECT_EQ(voice.filterRight.hist2[3], -0.5f);
+    EXPECT_EQ(voice.outputState[1], 0.125f);
+    EXPECT_EQ(voice.panLeft, 0.3f);
+  }
+
+  void setGlide(int mode) { engine->setParameter(kGlMode, mode == 0 ? 0.0f : choiceValue(mode)); }
+};
+
+TEST_F(NoteAllocationTest, NotesFoldIntoTheKeyboardKeepingTheirPitchClass) {
+  const int cases[][2] = {{128, 116}, {139, 127}, {140, 116}, {151, 127}, {300, 120},
+                          {-5, 0},    {-1000, 0}, {0, 0},     {127, 127}};
+  for (const auto& c : cases) {
+    engine->noteOn(c[0], 100);
+    const int v = voiceOf(c[1]);
+    ASSERT_GE(v, 0) << c[0];
+    EXPECT_TRUE(engine->keyDown[c[1]]) << c[0];
+    engine->noteOff(c[0]);
+    EXPECT_FALSE(engine->keyDown[c[1]]) << c[0];
+    EXPECT_EQ(engine->voices[v].gate, 0) << c[0];
+    engine->voices[v].ampState = kEnvIdle;
+  }
+}
+
+TEST_F(NoteAllocationTest, AFreeVoiceInPolyphonyStartsFromScratch) {
+  engine->activeVoices = 8;
+  makeSounding(0, 50, kEnvIdle, 0.4f);  // free, yet full of an old note's state
+  auto expectedLeft = std::make_unique<FilterState>(engine->voices[0].filterLeft);
+  auto expectedRight = std::make_unique<FilterState>(engine->voices[0].filterRight);
+  resetFilter(*expectedLeft);
+  resetFilter(*expectedRight);
+  engine->effectsAsleep = true;
+  const uint32_t seed = randomState;
+
+  engine->noteOn(62, 90);
+
+  const Voice& voice = engine->voices[0];
+  EXPECT_FALSE(engine->effectsAsleep);
+  EXPECT_EQ(voice.note, 62);
+  EXPECT_EQ(voice.velocity, 90);
+  EXPECT_EQ(voice.gate, 1);
+  EXPECT_EQ(voice.ampState, kEnvAttack);
+  EXPECT_EQ(voice.filtState, kEnvAttack);
+  EXPECT_EQ(voice.tickCount, 0);
+  EXPECT_EQ(voice.ampCore, 1.0f);
+  for (float f : {voice.ampLevel, voice.filtLevel, voice.levelTarget, voice.levelStart,
+                  voice.levelStep, voice.level, voice.outputState[0], voice.outputState[1],
+                  voice.voiceLfo[0], voice.voiceLfo[1], voice.voiceLfo[2]}) {
+    EXPECT_EQ(f, 0.0f);
+  }
+  EXPECT_EQ(std::memcmp(&voice.filterLeft, expectedLeft.get(), sizeof(FilterState)), 0);
+  EXPECT_EQ(std::memcmp(&voice.filterRight, expectedRight.get(), sizeof(FilterState)), 0);
+  EXPECT_EQ(voice.panLeft, 0.75f);
+  EXPECT_EQ(voice.panRight, 0.75f);
+  EXPECT_EQ(voice.tuneRatio, 1.0f);
+  // A and C at 0; B and D apart, drawn B1, B2, D1, D2.
+  randomState = seed;
+  const int members[4][2] = {{1, 0}, {1, 1}, {3, 0}, {3, 1}};
+  for (const auto& m : members) {
+    EXPECT_EQ(voice.oscPhase[m[0]][m[1]], static_cast<uint32_t>(randomRange(0.0f, 16777215.0f)));
+    EXPECT_EQ(voice.oscPhase[m[0] - 1][m[1]], 0u);
+  }
+  for (const auto& frames : voice.oscFrame) EXPECT_EQ(frames[0] | frames[1], 0);
+
+  // The next note takes the next free voice.
+  engine->noteOn(65, 80);
+  EXPECT_EQ(engine->voices[1].note, 65);
+}
+
+TEST_F(NoteAllocationTest, TheQuietestVoicePastItsAttackIsStolenAndKeepsItsSound) {
+  engine->activeVoices = kMaxVoices;
+  for (int v = 0; v < kMaxVoices; ++v) makeSounding(v, 40 + v, kEnvRelease, 0.5f);
+  makeSounding(3, 43, kEnvAttack, 0.0f);  // in attack: never a candidate
+  makeSounding(12, 52, kEnvDecay, 0.1f);
+  makeSounding(20, 60, kEnvSustain, 0.1f);  // as quiet, but later
+  makeSounding(25, 65, kEnvRelease, 0.2f);
+
+  engine->noteOn(90, 120);
+
+  EXPECT_EQ(voiceOf(90), 12);
+  const Voice& voice = engine->voices[12];
+  EXPECT_EQ(voice.ampState, kEnvAttack);
+  EXPECT_EQ(voice.filtState, kEnvAttack);
+  EXPECT_EQ(voice.tickCount, 0);
+  EXPECT_EQ(voice.velocity, 120);
+  EXPECT_EQ(voice.voiceLfo[0], 0.0f);
+  expectSoundKept(12, 0.1f);
+  EXPECT_EQ(engine->voices[3].note, 43);
+  EXPECT_EQ(engine->voices[20].note, 60);
+}
+
+TEST_F(NoteAllocationTest, WithEveryVoiceInAttackVoiceZeroRestartsFromSilence) {
+  engine->activeVoices = 4;
+  for (int v = 0; v < 4; ++v) makeSounding(v, 60 + v, kEnvAttack, 0.6f);
+  engine->noteOn(70, 100);
+  const Voice& voice = engine->voices[0];
+  EXPECT_EQ(voice.note, 70);
+  EXPECT_EQ(voice.ampLevel, 0.0f);
+  EXPECT_EQ(voice.level, 0.0f);
+  EXPECT_EQ(voice.oscPhase[0][0], 0u);
+  EXPECT_EQ(voice.oscPhase[2][1], 0u);
+  EXPECT_EQ(voice.outputState[0], 0.0f);
+  EXPECT_EQ(voice.panLeft, 0.75f);
+  EXPECT_EQ(engine->voices[1].note, 61);
+}
+
+TEST_F(NoteAllocationTest, TheMonoVoiceNeverResetsItsSound) {
+  engine->activeVoices = 1;
+  makeSounding(0, 60, kEnvDecay, 0.6f);
+  engine->noteOn(67, 100);
+  EXPECT_EQ(engine->voices[0].note, 67);
+  EXPECT_EQ(engine->voices[0].ampState, kEnvAttack);  // attack from the present level
+  EXPECT_EQ(engine->voices[0].velocity, 100);
+  expectSoundKept(0, 0.6f);
+
+  // In attack it isn't stolen, but mono still keeps the level.
+  engine->noteOn(69, 50);
+  EXPECT_EQ(engine->voices[0].note, 69);
+  expectSoundKept(0, 0.6f);
+}
+
+TEST_F(NoteAllocationTest, GlideTakesItsStartFromVoiceZero) {
+  engine->activeVoices = 1;
+  setGlide(1);
+  makeSounding(0, 48, kEnvSustain, 0.5f);
+  engine->noteOn(55, 100);
+  EXPECT_EQ(engine->glideFromNote, 48);
+  EXPECT_EQ(engine->glideAmount, 1.0f);
+  EXPECT_EQ(engine->voices[0].note, 55);
+
+  setGlide(0);
+  engine->noteOn(57, 100);
+  EXPECT_EQ(engine->glideAmount, 0.0f);
+}
+
+TEST_F(NoteAllocationTest, TwoKeysLegatoSlidesBackToTheFirstKey) {
+  engine->activeVoices = 1;
+  setGlide(2);
+  const int a = 60, b = 67;
+
+  engine->noteOn(a, 100);
+  EXPECT_EQ(engine->firstLegatoNote, a);
+  EXPECT_EQ(engine->glideAmount, 0.0f);
+  engine->voices[0].ampState = kEnvSustain;  // as the envelope would have it by now
+  engine->voices[0].tickCount = 40;
+
+  engine->noteOn(b, 90);  // legato: a new note, the envelopes go on
+  const Voice& voice = engine->voices[0];
+  EXPECT_EQ(voice.note, b);
+  EXPECT_EQ(engine->glideFromNote, a);
+  EXPECT_EQ(engine->glideAmount, 1.0f);
+  EXPECT_EQ(voice.ampState, kEnvSustain);
+  EXPECT_EQ(voice.tickCount, 40);
+  EXPECT_EQ(voice.velocity, 100);
+
+  engine->glideAmount = 0.0f;
+  engine->noteOff(b);  // back to A, still gated, no attack
+  EXPECT_EQ(voice.note, a);
+  EXPECT_EQ(engine->glideFromNote, b);
+  EXPECT_EQ(engine->glideAmount, 1.0f);
+  EXPECT_EQ(voice.gate, 1);
+  EXPECT_EQ(voice.ampState, kEnvSustain);
+
+  engine->noteOff(a);  // the last key: release
+  EXPECT_EQ(voice.gate, 0);
+}
+
+TEST_F(NoteAllocationTest, TwoKeysLegatoReleasingTheFirstKeyKeepsTheSecond) {
+  engine->activeVoices = 1;
+  setGlide(2);
+  engine->noteOn(60, 100);
+  engine->voices[0].ampState = kEnvSustain;
+  engine->noteOn(64, 100);
+  engine->noteOff(60);  // no voice plays A any more
+  const Voice& voice = engine->voices[0];
+  EXPECT_EQ(voice.note, 64);
+  EXPECT_EQ(voice.gate, 1);
+  engine->noteOff(64);
+  EXPECT_EQ(voice.gate, 0);
+  EXPECT_EQ(voice.ampState, kEnvSustain);  // the envelope takes it to release
+}
+
+TEST_F(NoteAllocationTest, ReleasePopReentersAttackOnlyForAGatedVoice) {
+  engine->activeVoices = 4;
+  makeSounding(0, 60, kEnvSustain, 0.5f);
+  makeSounding(1, 62, kEnvSustain, 0.5f);
+  makeSounding(2, 64, kEnvRelease, 0.5f);
+  engine->voices[2].gate = 0;
+
+  engine->envVolPop = true;
+  engine->noteOff(60);
+  EXPECT_EQ(engine->voices[0].ampState, kEnvAttack);
+  EXPECT_EQ(engine->voices[0].gate, 0);
+  engine->noteOff(64);
+  EXPECT_EQ(engine->voices[2].ampState, kEnvRelease);
+
+  engine->envVolPop = false;
+  engine->noteOff(62);
+  EXPECT_EQ(engine->voices[1].ampState, kEnvSustain);
+  EXPECT_EQ(engine->voices[1].gate, 0);
+}
+
+}  // namespace
+}  // namespace sablevox

@@ -1,0 +1,167 @@
+// Programs and banks: the built-in data, bank loading, names, and the host's
+// ways of selecting and restoring a program.
+#include <cstdint>
+#include <cstring>
+#include <string>
+
+#include "data/factory_data.h"
+#include "notes_support.h"
+
+namespace sablevox {
+namespace {
+
+using testing::NotesTest;
+
+class ProgramsTest : public NotesTest {
+ protected:
+  std::string indexedName(int index) {
+    char text[64] = "untouched";
+    EXPECT_TRUE(engine->getProgramNameIndexed(0, index, text));
+    return text;
+  }
+  std::string currentName() {
+    char text[64];
+    std::memset(text, 'x', sizeof text);
+    engine->getProgramName(text);
+    return text;
+  }
+};
+
+TEST(FactoryDataTest, StoredLayoutAndDefaultRecord) {
+  // The default record follows the four banks: name first, then the floats.
+  const unsigned char* last = kFactoryData + kFactoryBanks * kFactoryBankBytes;
+  EXPECT_EQ(std::string(reinterpret_cast<const char*>(last)), "Default    ");
+  for (int i = 11; i < kProgramNameSize; ++i) EXPECT_EQ(last[i], 0);
+  for (int p = 0; p < kNumParams; ++p) {
+    float value;
+    std::memcpy(&value, last + kProgramNameSize + 4 * p, 4);
+    EXPECT_EQ(value, parameterInfo(p).defaultValue) << p;
+  }
+  EXPECT_EQ(std::string(defaultRecord().name), "Default    ");
+
+  // Every stored value lies in 0..1, every name is terminated.
+  for (int bank = 0; bank < kFactoryBanks; ++bank) {
+    for (int i = 0; i < kNumPrograms; ++i) {
+      const unsigned char* record = kFactoryData + bank * kFactoryBankBytes + i * 224;
+      ASSERT_NE(std::memchr(record, 0, kProgramNameSize), nullptr);
+      const FactoryRecord decoded = factoryRecord(bank, i);
+      for (float value : decoded.values) ASSERT_TRUE(value >= 0.0f && value <= 1.0f);
+    }
+  }
+
+  // The bytes as generated: a change to the banks must change this on purpose.
+  uint64_t hash = 1469598103934665603ull;  // FNV-1a
+  for (unsigned char byte : kFactoryData) hash = (hash ^ byte) * 1099511628211ull;
+  EXPECT_EQ(hash, 12969291636823266991ull);
+}
+
+TEST_F(ProgramsTest, EmptyBankNumbersItsProgramsAndHoldsTheDefaults) {
+  engine->setProgram(9);
+  engine->loadBank(0);
+  EXPECT_EQ(engine->getProgram(), 0);
+  EXPECT_TRUE(engine->resetRequested);
+  char expected[8];
+  for (int i = 0; i < kNumPrograms; ++i) {
+    std::snprintf(expected, sizeof expected, "%03d", i);
+    ASSERT_EQ(indexedName(i), expected);
+    for (int p = 0; p < kNumParams; ++p) {
+      ASSERT_EQ(engine->programs[i].values[p].load(), parameterInfo(p).defaultValue);
+    }
+  }
+  for (int p = 0; p < kNumParams; ++p) {
+    if (p == kParam43 || p == kParam49) continue;  // refused, they stay in the records
+    EXPECT_EQ(engine->params[p].load(), parameterInfo(p).defaultValue) << p;
+  }
+  engine->setProgram(7);
+  EXPECT_EQ(currentName(), "007");
+}
+
+TEST_F(ProgramsTest, EveryStoredBankLoadsAndFactoryCHasFiftyNames) {
+  for (int bank = 1; bank <= 4; ++bank) {
+    engine->loadBank(bank);
+    int named = 0;
+    for (int i = 0; i < kNumPrograms; ++i) named += indexedName(i).empty() ? 0 : 1;
+    EXPECT_EQ(named, bank == 3 ? 50 : 128) << bank;
+    EXPECT_EQ(indexedName(5), factoryRecord(bank - 1, 5).name);
+    EXPECT_EQ(engine->programs[100].values[kCutoff].load(),
+              factoryRecord(bank - 1, 100).values[kCutoff]);
+  }
+  // An empty place passes its empty name on, without numbering.
+  engine->loadBank(3);
+  engine->setProgram(60);
+  EXPECT_EQ(currentName(), "");
+
+  // An unknown bank changes no record but selects program 0.
+  engine->setProgramName(const_cast<char*>("kept"));
+  engine->loadBank(5);
+  engine->loadBank(-1);
+  EXPECT_EQ(engine->getProgram(), 0);
+  EXPECT_EQ(indexedName(60), "kept");
+}
+
+TEST_F(ProgramsTest, NamesInitNumberingAndLength) {
+  engine->setProgram(0);
+  engine->setProgramName(const_cast<char*>("Init"));
+  EXPECT_EQ(currentName(), "Init 1");
+  EXPECT_EQ(indexedName(0), "Init");
+  engine->setProgram(127);
+  engine->setProgramName(const_cast<char*>("Init"));
+  EXPECT_EQ(currentName(), "Init 128");
+  engine->setProgramName(const_cast<char*>("Init "));  // not exactly "Init"
+  EXPECT_EQ(currentName(), "Init ");
+
+  engine->setProgram(4);
+  engine->setProgramName(const_cast<char*>("abcdefghijklmnopqrstuvwxyz0123"));  // 30
+  EXPECT_EQ(currentName(), "abcdefghijklmnopqrstuvw");                          // 23
+  EXPECT_EQ(indexedName(4), "abcdefghijklmnopqrstuvw");
+
+  char text[64] = "untouched";
+  EXPECT_FALSE(engine->getProgramNameIndexed(0, 128, text));
+  EXPECT_FALSE(engine->getProgramNameIndexed(0, -1, text));
+  EXPECT_STREQ(text, "untouched");
+  EXPECT_TRUE(engine->getProgramNameIndexed(7, 4, text));  // the category is ignored
+}
+
+TEST_F(ProgramsTest, AParameterChangeStaysWithItsProgram) {
+  engine->setProgram(3);
+  engine->setParameter(kCutoff, 0.77f);
+  engine->setParameter(kGlMode, choiceValue(2));
+  engine->setProgram(4);
+  EXPECT_EQ(engine->params[kCutoff].load(), engine->programs[4].values[kCutoff].load());
+  EXPECT_NE(engine->params[kCutoff].load(), 0.77f);
+  engine->resetRequested = false;
+  engine->setProgram(3);
+  EXPECT_EQ(engine->params[kCutoff].load(), 0.77f);
+  EXPECT_EQ(engine->params[kGlMode].load(), choiceValue(2));
+  EXPECT_TRUE(engine->resetRequested);  // the next block ends the old program's voices
+}
+
+TEST_F(ProgramsTest, TheHostsTotalRecallRestoresAProgram) {
+  // A song's program as the host saved it: name and all parameters.
+  engine->setProgram(9);
+  float saved[kNumParams];
+  for (int p = 0; p < kNumParams; ++p) {
+    engine->setParameter(p, 0.01f * static_cast<float>(p));
+    saved[p] = engine->getParameter(p);
+  }
+  engine->setProgramName(const_cast<char*>("Song lead"));
+
+  // The session closes; a new one starts from the factory bank.
+  engine->loadBank(1);
+  EXPECT_NE(indexedName(9), "Song lead");
+
+  // The host's recall, through the binary interface.
+  AEffect* e = engine->getAeffect();
+  e->dispatcher(e, effSetProgram, 0, 9, nullptr, 0.0f);
+  for (int p = 0; p < kNumParams; ++p) e->setParameter(e, p, saved[p]);
+  char name[] = "Song lead";
+  e->dispatcher(e, effSetProgramName, 0, 0, name, 0.0f);
+
+  engine->setProgram(0);
+  engine->setProgram(9);
+  EXPECT_EQ(currentName(), "Song lead");
+  for (int p = 0; p < kNumParams; ++p) EXPECT_EQ(engine->getParameter(p), saved[p]) << p;
+}
+
+}  // namespace
+}  // namespace sablevox
