@@ -12,9 +12,8 @@ void filterResample(float* buffer, int count, FilterState& state) {
   for (int i = 0; i < count; ++i) {
     n = n + 1.0f;
     sum = sum + buffer[i];
-    // Counts stay below the hold length but for one sample, so the float
-    // compare is the whole-number compare. A shorter hold length at a tick
-    // takes effect on the running sum at once.
+    // The count is a whole number, so this compares the truncations. A
+    // shorter hold length at a tick takes effect on the running sum at once.
     if (n >= holdLength) {
       held = sum * inverse;
       sum = 0.0f;
