@@ -81,6 +81,10 @@ class ADelay : public AudioEffectX {
   void eventPass(int limit);
   void globalTick(int tickLength);
   void voiceTick(int voiceIndex);
+  // Wave position and speed of one oscillator of a voice, from that
+  // oscillator's parameter values (raw, as params holds them).
+  void oscillatorControl(int voiceIndex, int oscillator, float wave, float mod, float loop,
+                         float loopSpeed, float tune, float fine);
   void renderVoice(int voiceIndex, int sampleCount, float* outLeft, float* outRight, int offset,
                    int blockLength);
   void arpTick(int type, int rhythm, bool active, double tempo, float sampleRate,
@@ -172,7 +176,11 @@ class ADelay : public AudioEffectX {
   float crossfadeOffset = 0.0f;
   float vibratoPhase = 0.0f;
   float sharedLfoPhase = 0.0f;
+  float sharedLfoPrevious = 0.0f;
+  float sharedLfoHeld = 0.0f;
   float sharedLfoValue = 0.0f;
+  // The host's tempo as globalTick read it, for the voices of the same tick.
+  double tickTempo = 120.0;
 
   // Glide.
   int8_t glideFromNote = 0;
