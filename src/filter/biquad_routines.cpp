@@ -45,20 +45,20 @@ class Stage {
 };
 
 struct Serial {
-  static float input(float x) { return x + kDenormalOffset; }
+  static float input(float x) { return x + kFilterDenormalOffset; }
   static float secondInput(float /*u*/, float y) { return y; }
   static float output(float /*u*/, float /*y*/, float z, float gain) { return gain * z; }
 };
 
 struct Parallel {
-  static float input(float x) { return x + kDenormalOffset; }
+  static float input(float x) { return x + kFilterDenormalOffset; }
   static float secondInput(float u, float /*y*/) { return u; }
   static float output(float /*u*/, float y, float z, float gain) { return (y + z) * gain; }
 };
 
 // All-pass outputs subtracted, dry input added: at DC the input passes unchanged.
 struct Phaser {
-  static float input(float x) { return x + kDenormalOffset; }
+  static float input(float x) { return x + kFilterDenormalOffset; }
   static float secondInput(float /*u*/, float y) { return y; }
   static float output(float u, float y, float z, float gain) { return ((z - y) + u) * gain; }
 };
@@ -67,7 +67,7 @@ struct Phaser {
 // towards -500 after it; the branches are the clippers' sign tests.
 struct Syncie {
   static float input(float x) {
-    float v = (x + kDenormalOffset) * 0.002f;
+    float v = (x + kFilterDenormalOffset) * 0.002f;
     if (v > 0.0f) v = -expMinusOne(-v);
     return v * 500.0f;
   }

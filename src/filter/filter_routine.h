@@ -37,6 +37,6 @@ void filterFm(float* buffer, int count, FilterState& state);
 
 // Added to every input sample (but Resample's): it keeps running states away
 // from denormals, in place of any processor mode.
-inline constexpr float kDenormalOffset = 1e-06f;
+inline constexpr float kFilterDenormalOffset = 1e-06f;
 
 }  // namespace sablevox

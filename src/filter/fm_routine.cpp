@@ -40,7 +40,7 @@ void filterFm(float* buffer, int count, FilterState& state) {
         buffer[i] = line[r & kLineMask] * (1.0f - ev) + line[(r - 1) & kLineMask] * ev;
         // Input low-pass with a fixed damping of 0.999.
         low = low + cf * band;
-        high = x + kDenormalOffset - low - band * 0.999f;
+        high = x + kFilterDenormalOffset - low - band * 0.999f;
         band = band + cf * high;
         // Written after the read, so the shortest path is two samples.
         write = (write + 1) & kLineMask;

@@ -29,7 +29,7 @@ class Ladder {
         o3_(state.hist1[3]) {}
 
   void tick(float x, float p, float k, float res) {
-    y0_ = x + kDenormalOffset - res * y4_;
+    y0_ = x + kFilterDenormalOffset - res * y4_;
     y1_ = (o0_ + y0_) * p - k * y1_;
     y2_ = (o1_ + y1_) * p - k * y2_;
     y3_ = (o2_ + y2_) * p - k * y3_;

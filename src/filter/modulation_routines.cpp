@@ -33,7 +33,7 @@ void filterAm(float* buffer, int count, FilterState& state) {
     // The argument runs to 2 pi, past the fast sine's range: from phase 0.5 on
     // it gives its value at -pi, so the modulator is a half sine and a rest.
     const float m = fastSin(phase * 6.283185f);
-    buffer[i] = ((1.0f - depth) + m * depth) * (buffer[i] + kDenormalOffset);
+    buffer[i] = ((1.0f - depth) + m * depth) * (buffer[i] + kFilterDenormalOffset);
     phase = phase + increment;
     phase = phase - static_cast<float>(static_cast<int>(phase));
   }

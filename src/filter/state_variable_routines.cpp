@@ -15,7 +15,7 @@ void filterStateVariable(float* buffer, int count, FilterState& state) {
       count,
       [&](int i) {
         low = low + f * band;
-        high = buffer[i] * gain + kDenormalOffset - low - q * band;
+        high = buffer[i] * gain + kFilterDenormalOffset - low - q * band;
         band = band + f * high;
         buffer[i] = lowMix * low + bandMix * band + highMix * high;
       },
@@ -44,7 +44,7 @@ void filterStateVariableAnalog(float* buffer, int count, FilterState& state) {
   runFlushed(
       count,
       [&](int i) {
-        const float in = (buffer[i] + kDenormalOffset) * gain;
+        const float in = (buffer[i] + kFilterDenormalOffset) * gain;
         const float low1 = low + clip(band * f);
         const float high1 = clip(in - low1) - band * q;
         const float band1 = band + high1 * f;
