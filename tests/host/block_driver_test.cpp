@@ -124,11 +124,13 @@ TEST_F(BlockDriverTest, SuspendClearsVoicesAndResumeWakesEffects) {
 
 TEST_F(BlockDriverTest, EffectsSleepAfterOneSecondOfSilenceOnBothChannels) {
   auto engine = testing::makeEngine();
-  for (int i = 0; i < 16; ++i) testing::renderBlock(*engine, left, right, 4410);
+  // The silence count runs over both channels: 2 * 44100 counts in one second.
+  for (int i = 0; i < 9; ++i) testing::renderBlock(*engine, left, right, 4410);
+  EXPECT_FALSE(engine->effectsAsleep);
+  for (int i = 0; i < 2; ++i) testing::renderBlock(*engine, left, right, 4410);
   EXPECT_TRUE(engine->effectsAsleep);
-  engine->params[kEffType] = choiceValue(3);
-  testing::renderBlock(*engine, left, right, 64);
-  EXPECT_FALSE(engine->effectsAsleep);  // a change of EffType wakes them
+  engine->resume();
+  EXPECT_FALSE(engine->effectsAsleep);
 }
 
 }  // namespace
