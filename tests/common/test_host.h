@@ -3,13 +3,12 @@
 // an isolated settings folder so tests never touch the user's own file.
 #pragma once
 
-#include <cstdlib>
-#include <filesystem>
 #include <memory>
 #include <mutex>
 #include <string>
 #include <vector>
 
+#include "common/isolated_settings.h"
 #include "host/adelay.h"
 #include "host/vst2.h"
 
@@ -61,28 +60,6 @@ struct TestHost {
         return 0;
     }
   }
-};
-
-// Points XDG_CONFIG_HOME at a fresh folder for the lifetime of the object.
-class IsolatedSettings {
- public:
-  IsolatedSettings() {
-    char pattern[] = "/tmp/sablevox-test-XXXXXX";
-    const char* made = mkdtemp(pattern);
-    folder_ = made != nullptr ? made : "/tmp";
-    setenv("XDG_CONFIG_HOME", folder_.c_str(), 1);
-  }
-  ~IsolatedSettings() {
-    std::error_code ignored;
-    std::filesystem::remove_all(folder_, ignored);
-  }
-  IsolatedSettings(const IsolatedSettings&) = delete;
-  IsolatedSettings& operator=(const IsolatedSettings&) = delete;
-  const std::string& folder() const { return folder_; }
-  std::string settingsFile() const { return folder_ + "/Sablevox/settings"; }
-
- private:
-  std::string folder_;
 };
 
 inline std::unique_ptr<ADelayEdit> makeEngine(float sampleRate = 44100.0f) {
