@@ -9,7 +9,9 @@ namespace {
 
 constexpr float kDenormalOffset = 1e-06f;
 
-bool driveActive(float drive, float driveLow) { return drive > 0.0001f && driveLow > 0.0001f; }
+bool driveActive(float drive, float driveLow) {
+  return drive > 0.0001f && driveLow > 0.0001f;
+}
 
 // The division runs in double from float operands, as the shaper always has.
 inline float shape(float s, float f) {

@@ -14,7 +14,7 @@ using OscRender = void (*)(float* destination, const int16_t* table, int sampleC
                            float targetFrame);
 
 // Drive and output gain of one channel of a voice, in place.
-using OutputStage = void (*)(float* buffer, int count, float driveLow, float driveHigh,
-                             float drive, float& state);
+using OutputStage = void (*)(float* buffer, int count, float driveLow, float driveHigh, float drive,
+                             float& state);
 
 }  // namespace sablevox
