@@ -18,7 +18,7 @@ void fillSlot(WaveSlot& slot, const WaveDescriptor& row, WaveSource source) {
   slot.defaultLoopSpeed = row.defaultLoopSpeed;
   slot.level = row.level;
   std::snprintf(slot.name, kWaveNameSize, "%s", row.displayName);
-  if (!slot.frames) slot.frames = std::make_unique<uint16_t[]>(kWaveValues);
+  if (!slot.frames) slot.frames = std::make_unique_for_overwrite<uint16_t[]>(kWaveValues);
   slot.frameCount = source.frameCount();
   uint16_t* frames = slot.frames.get();
   for (int e = 0; e < kWaveValues; ++e) frames[e] = source.amplitude(e);
@@ -65,7 +65,7 @@ float pitchFactorForStep(int pitchStep) {
   return kFactors[std::clamp(pitchStep, -2, 2) + 2];
 }
 
-void buildWaveSlots(WaveSlot (&slots)[kWaveCount]) {
+void buildWaveSlots(std::span<WaveSlot, kWaveCount> slots) {
   for (int i = 0; i < kWaveCount; ++i) fillSlot(slots[i], kWaveDescriptors[i], waveSource(i));
   for (int i = 0; i < kWaveCount; ++i) {
     boostSlot(slots[i], kWaveDescriptors[i].boostMode, kWaveDescriptors[i].boostAmount);

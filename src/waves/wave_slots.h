@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <span>
 
 #include "data/wave_descriptors.h"
 #include "waves/wave_format.h"
@@ -34,7 +35,7 @@ float pitchFactorForStep(int pitchStep);
 // Fills all 85 slots from the embedded records and the descriptor table
 // (allocating each slot's frames once), then boosts them. A single-frame
 // record's frame is repeated over all 256 frames before the boost.
-void buildWaveSlots(WaveSlot (&slots)[kWaveCount]);
+void buildWaveSlots(std::span<WaveSlot, kWaveCount> slots);
 
 // Adds multiples of each harmonic to the first frameCount frames in integer
 // arithmetic: mode 0 nothing, 1 the multiples 2..8, 2 the multiples 2, 4, 8;

@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cstdlib>
+#include <new>
 #include <thread>
 
 #include "host/parameters.h"
@@ -41,8 +43,13 @@ void WaveStore::init() {
   buildWaveSlots(slots_);
   for (Exchange& exchange : exchange_) {
     for (auto& buffer : exchange.buffers) {
-      if (!buffer) buffer = std::make_unique<int16_t[]>(kTableValues);
-      std::fill_n(buffer.get(), kTableValues, int16_t{0});
+      if (buffer) {
+        std::fill_n(buffer.get(), kTableValues, int16_t{0});
+      } else {
+        // calloc: fresh zero pages cost nothing until a build writes them.
+        buffer.reset(static_cast<int16_t*>(std::calloc(kTableValues, sizeof(int16_t))));
+        if (!buffer) throw std::bad_alloc();
+      }
     }
     exchange.published.store(kNothingBuilt, std::memory_order_relaxed);
     exchange.acknowledged.store(kNothingBuilt, std::memory_order_relaxed);
@@ -51,8 +58,9 @@ void WaveStore::init() {
     playingWord_[osc] = kNothingBuilt;
     playingTable_[osc] = exchange_[osc].buffers[bufferOf(kNothingBuilt)].get();
   }
-  if (!spectrum_) spectrum_ = std::make_unique<float[]>(kWaveValues);
-  if (!scratch_) scratch_ = std::make_unique<float[]>(buildScratchFloats(kWaveFrames));
+  if (!spectrum_) spectrum_ = std::make_unique_for_overwrite<float[]>(kWaveValues);
+  if (!scratch_)
+    scratch_ = std::make_unique_for_overwrite<float[]>(buildScratchFloats(kWaveFrames));
 }
 
 void WaveStore::workerPass(const Shared<float>* params, Shared<bool>& rebuildWaves,

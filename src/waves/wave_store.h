@@ -17,6 +17,7 @@
 
 #include <atomic>
 #include <cstdint>
+#include <cstdlib>
 #include <memory>
 
 #include "host/shared_word.h"
@@ -70,8 +71,11 @@ class WaveStore {
   void copyWaveName(int wave, char* destination) const;
 
  private:
+  struct FreeDeleter {
+    void operator()(void* p) const { std::free(p); }
+  };
   struct Exchange {
-    std::unique_ptr<int16_t[]> buffers[2];
+    std::unique_ptr<int16_t[], FreeDeleter> buffers[2];
     std::atomic<uint32_t> published{0};     // written by the worker
     std::atomic<uint32_t> acknowledged{0};  // written by the audio thread
   };
