@@ -1,7 +1,9 @@
 // The four table players. All table arithmetic is integer; only the final
 // sum is float. Level, increment and position step are fixed per call, so the
 // sample loops carry no branch on the mode.
+#include <array>
 #include <cstdint>
+#include <utility>
 
 #include "host/numeric.h"
 #include "voice/oscillator_render.h"
@@ -52,23 +54,17 @@ int32_t targetPosition(float targetFrame) {
                                                      : kHighestFrameTarget;
 }
 
-template <Variant kVariant>
-void renderTable(float* destination, const int16_t* table, int sampleCount, uint32_t& phase,
-                 int32_t& framePosition, float speed, float gain, float targetFrame) {
-  if (sampleCount < 1) return;
-  constexpr bool kTwoStep = kVariant == Variant::cubic2x || kVariant == Variant::linear2x;
-  const int level = levelForSpeed(speed, kTwoStep);
-  const uint32_t mask = (1u << level) - 1u;
-  const int indexShift = 24 - level;
-  const int16_t* base = table + levelOffset(level);
+constexpr bool twoStep(Variant v) {
+  return v == Variant::cubic2x || v == Variant::linear2x;
+}
 
-  float scaled = speed * 65536.0f * 256.0f;
-  if constexpr (kTwoStep) scaled = scaled * 0.5f;
-  const uint32_t increment = static_cast<uint32_t>(numeric_detail::truncateLikeX86(scaled));
-
-  int32_t step = (targetPosition(targetFrame) - framePosition) / sampleCount;
-  if constexpr (kTwoStep) step = step / 2;
-
+// The sample loop for one level: shifts and masks are constants, so the
+// loop holds nothing but the phase, the position and the reads.
+template <Variant kVariant, int kLevel>
+void renderLevel(float* destination, const int16_t* table, int sampleCount, uint32_t& phase,
+                 int32_t& framePosition, uint32_t increment, int32_t step, float gain) {
+  constexpr uint32_t kMask = (1u << kLevel) - 1u;
+  const int16_t* base = table + levelOffset(kLevel);
   uint32_t ph = phase;
   int32_t position = framePosition;
   // One phase step: the wave position glides, the phase wraps at 24 bits;
@@ -76,22 +72,23 @@ void renderTable(float* destination, const int16_t* table, int sampleCount, uint
   auto advance = [&](uint32_t& index, int32_t& f) {
     position += step;
     ph = (ph + increment) & kPhaseMask;
-    index = (ph >> indexShift) & 0xFFFF;
-    f = (static_cast<int32_t>(ph << level) >> 12) & 0xFFF;
+    index = (ph >> (24 - kLevel)) & 0xFFFF;
+    f = (static_cast<int32_t>(ph << kLevel) >> 12) & 0xFFF;
   };
   // One interpolated value of the current step.
   auto value = [&](uint32_t index, int32_t f) -> int32_t {
     if constexpr (kVariant == Variant::nearest) {
-      return base[((position >> 16) & 0xFF) * kFrameBlock + (index & mask)];
+      return base[((position >> 16) & 0xFF) * kFrameBlock + (index & kMask)];
     } else {
       const Rows r = rowsAt(base, position);
       if constexpr (kVariant == Variant::cubic2x) {
-        return cubic(blend(r, index & mask), blend(r, (index + 1) & mask),
-                     blend(r, (index + 2) & mask), blend(r, (index + 3) & mask), f);
+        return cubic(blend(r, index & kMask), blend(r, (index + 1) & kMask),
+                     blend(r, (index + 2) & kMask), blend(r, (index + 3) & kMask), f);
       } else if constexpr (kVariant == Variant::linear2x) {
-        return (blend(r, (index + 1) & mask) * (4096 - f) + blend(r, (index + 2) & mask) * f) >> 12;
+        return (blend(r, (index + 1) & kMask) * (4096 - f) + blend(r, (index + 2) & kMask) * f) >>
+               12;
       } else {
-        return (blend(r, index & mask) * (4096 - f) + blend(r, (index + 1) & mask) * f) >> 12;
+        return (blend(r, index & kMask) * (4096 - f) + blend(r, (index + 1) & kMask) * f) >> 12;
       }
     }
   };
@@ -101,7 +98,7 @@ void renderTable(float* destination, const int16_t* table, int sampleCount, uint
   for (int i = 0; i < sampleCount; ++i) {
     advance(index, f);
     const int32_t v1 = value(index, f);
-    if constexpr (kTwoStep) {
+    if constexpr (twoStep(kVariant)) {
       advance(index, f);
       const int32_t v2 = value(index, f);
       destination[i] =
@@ -112,6 +109,37 @@ void renderTable(float* destination, const int16_t* table, int sampleCount, uint
   }
   phase = ph;
   framePosition = position;
+}
+
+using LevelLoop = void (*)(float*, const int16_t*, int, uint32_t&, int32_t&, uint32_t, int32_t,
+                           float);
+
+template <Variant kVariant, int... kLevels>
+constexpr std::array<LevelLoop, kTableLevels + 1> levelLoops(
+    std::integer_sequence<int, kLevels...>) {
+  return {nullptr, &renderLevel<kVariant, kLevels + 1>...};
+}
+
+template <Variant kVariant>
+void renderTable(float* destination, const int16_t* table, int sampleCount, uint32_t& phase,
+                 int32_t& framePosition, float speed, float gain, float targetFrame) {
+  if (sampleCount < 1) return;
+  static constexpr auto kLoops =
+      levelLoops<kVariant>(std::make_integer_sequence<int, kTableLevels>{});
+  const int level = levelForSpeed(speed, twoStep(kVariant));
+
+  float scaled = speed * 65536.0f * 256.0f;
+  if constexpr (twoStep(kVariant)) scaled = scaled * 0.5f;
+  const uint32_t increment = static_cast<uint32_t>(numeric_detail::truncateLikeX86(scaled));
+
+  // Positions are ours alone and lie in 0..0xFF30F6; the limit keeps the
+  // glide's arithmetic clear of overflow whatever a record holds.
+  if (framePosition < 0 || framePosition > 0xFFFFFF)
+    framePosition = framePosition < 0 ? 0 : 0xFFFFFF;
+  int32_t step = (targetPosition(targetFrame) - framePosition) / sampleCount;
+  if constexpr (twoStep(kVariant)) step = step / 2;
+
+  kLoops[level](destination, table, sampleCount, phase, framePosition, increment, step, gain);
 }
 
 }  // namespace

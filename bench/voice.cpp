@@ -1,0 +1,95 @@
+// links: sablevox_engine
+// Cost of one voice per sample, for each quality and Fat mode: two
+// oscillators on 256-frame waves, no filter, no LFO; one iteration is one
+// control tick (the voice tick and 110 samples of render at 44100 Hz),
+// with the drive stage on.
+#include <benchmark/benchmark.h>
+#include <stdlib.h>
+
+#include <chrono>
+#include <memory>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "host/adelay.h"
+
+namespace sablevox {
+namespace {
+
+constexpr int kTick = 110;
+
+VstIntPtr hostCallback(AEffect*, VstInt32 opcode, VstInt32, VstIntPtr, void*, float) {
+  return opcode == audioMasterVersion ? 2400 : 0;
+}
+
+// One engine for all runs, with its settings in a folder of its own and the
+// tables of "EL PWM" and "EL Multisaw" built.
+ADelayEdit& engine() {
+  static std::unique_ptr<ADelayEdit> instance = [] {
+    static char folder[] = "/tmp/sablevox-bench-XXXXXX";
+    if (mkdtemp(folder) != nullptr) setenv("XDG_CONFIG_HOME", folder, 1);
+    auto e = std::make_unique<ADelayEdit>(hostCallback);
+    e->setSampleRate(44100.0f);
+    const struct {
+      int index;
+      float value;
+    } patch[] = {{kOsc1Wave, choiceValue(8)},
+                 {kOsc2Wave, choiceValue(12)},
+                 {kOsc1Mod, 0.0f},
+                 {kOsc2Mod, 0.0f},
+                 {kOsc1Vol, 0.8f},
+                 {kOsc2Vol, 0.8f},
+                 {kFiltType, 0.0f},
+                 {kLFODest, 0.0f},
+                 {kArpType, 0.0f},
+                 {kEnvVolA, 0.0f},
+                 {kEnvVolS, 1.0f},
+                 {kDrive, 0.5f},
+                 {kAnalog, 0.0f},
+                 {kVoices, choiceValue(7)},
+                 {kGlMode, 0.0f}};
+    for (const auto& p : patch) e->setParameter(p.index, p.value);
+    std::vector<float> left(kTick), right(kTick);
+    float* outputs[2] = {left.data(), right.data()};
+    for (int i = 0; i < 2000 && !e->wavesReady(); ++i) {
+      e->processReplacing(nullptr, outputs, kTick);
+      std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    }
+    e->processReplacing(nullptr, outputs, kTick);
+    e->noteOn(60, 100);
+    return e;
+  }();
+  return *instance;
+}
+
+void voiceCost(benchmark::State& state) {
+  ADelayEdit& e = engine();
+  const int quality = static_cast<int>(state.range(0));
+  const float fat[3] = {0.0f, 0.2f, 0.7f};
+  e.config->set(kQuality, quality);
+  e.setParameter(kFat, fat[state.range(1)]);
+  e.slowRefresh();
+  e.globalTick(kTick);
+  if (!e.wavesReady() || e.voices[0].ampState == kEnvIdle) {
+    state.SkipWithError("tables not built or voice idle");
+    return;
+  }
+  std::vector<float> left(kTick, 0.0f), right(kTick, 0.0f);
+  for (auto _ : state) {
+    e.voiceTick(0);
+    e.renderVoice(0, kTick, left.data(), right.data(), 0, kTick);
+    benchmark::DoNotOptimize(left.data());
+    benchmark::ClobberMemory();
+  }
+  state.counters["per_sample"] =
+      benchmark::Counter(static_cast<double>(state.iterations()) * kTick,
+                         benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
+  const char* const names[4] = {"ultra", "high", "medium", "low"};
+  state.SetLabel(std::string(names[quality]) + " fatMode " + std::to_string(e.fatMode));
+}
+
+BENCHMARK(voiceCost)->ArgsProduct({{0, 1, 2, 3}, {0, 1, 2}})->ArgNames({"quality", "fat"});
+
+}  // namespace
+}  // namespace sablevox
