@@ -4,7 +4,10 @@
 #include <algorithm>
 #include <cstring>
 
+#include "effects/chorus.h"
+#include "effects/delay.h"
 #include "effects/effect_section.h"
+#include "effects/reverb.h"
 #include "effects/equaliser.h"
 #include "host/adelay.h"
 
