@@ -6,9 +6,9 @@
 
 namespace sablevox::host {
 
-void Plugin::render(std::span<const TimedMidi> events, int64_t frames, VstInt32 blockSize,
+bool Plugin::render(std::span<const TimedMidi> events, int64_t frames, VstInt32 blockSize,
                     std::vector<float>& left, std::vector<float>& right,
-                    const std::function<void(int64_t, VstInt32)>& beforeBlock) {
+                    const BlockHook& beforeBlock) {
   frames = std::max<int64_t>(frames, 0);
   blockSize = std::max<VstInt32>(blockSize, 1);
   left.assign(static_cast<size_t>(frames), 0.0f);
@@ -16,7 +16,7 @@ void Plugin::render(std::span<const TimedMidi> events, int64_t frames, VstInt32 
   size_t next = 0;
   for (int64_t start = 0; start < frames; start += blockSize) {
     const auto length = static_cast<VstInt32>(std::min<int64_t>(blockSize, frames - start));
-    if (beforeBlock) beforeBlock(start, length);
+    if (beforeBlock && !beforeBlock(start, length)) return false;
     // Messages before the render's start (negative frames) go out at once.
     events_.clear();
     for (; next < events.size() && events[next].frame < start + length; ++next) {
@@ -27,6 +27,7 @@ void Plugin::render(std::span<const TimedMidi> events, int64_t frames, VstInt32 
     if (!events_.empty()) sendEvents(events_);
     processReplacing(left.data() + start, right.data() + start, length);
   }
+  return true;
 }
 
 }  // namespace sablevox::host

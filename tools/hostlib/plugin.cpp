@@ -178,35 +178,35 @@ void Plugin::prepareBuffers(VstInt32 frames) {
 }
 
 void Plugin::processReplacing(float* left, float* right, VstInt32 frames) {
-  if (effect_ == nullptr || frames <= 0) return;
-  prepareBuffers(frames);
-  for (int i = 0; i < effect_->numInputs; ++i) std::fill_n(inputs_[i], frames, 0.0f);
+  if (effect_ == nullptr) return;
+  // Counts of 0 and below go to the plug-in as they are: hosts send them too.
+  const VstInt32 length = std::max<VstInt32>(frames, 0);
+  prepareBuffers(length);
+  for (int i = 0; i < effect_->numInputs; ++i) std::fill_n(inputs_[i], length, 0.0f);
   outputs_[0] = left;
   outputs_[1] = right;
-  if (effect_->numOutputs < 2) std::fill_n(left, frames, 0.0f);
+  if (effect_->numOutputs < 2) std::fill_n(left, length, 0.0f);
   effect_->processReplacing(effect_, inputs_.data(), outputs_.data(), frames);
-  if (effect_->numOutputs < 2) std::copy_n(left, frames, right);
-  host_->advance(frames);
+  if (effect_->numOutputs < 2) std::copy_n(left, length, right);
+  host_->advance(length);
 }
 
 bool Plugin::process(float* left, float* right, VstInt32 frames) {
   if (effect_ == nullptr || effect_->process == nullptr) return false;
-  if (frames <= 0) return true;
-  prepareBuffers(frames);
-  for (int i = 0; i < effect_->numInputs; ++i) std::fill_n(inputs_[i], frames, 0.0f);
+  const VstInt32 length = std::max<VstInt32>(frames, 0);
+  prepareBuffers(length);
+  for (int i = 0; i < effect_->numInputs; ++i) std::fill_n(inputs_[i], length, 0.0f);
   const bool mono = effect_->numOutputs < 2;
   float* monoSum = scratch_.back().data();
-  if (mono) std::fill_n(monoSum, frames, 0.0f);
+  if (mono) std::fill_n(monoSum, length, 0.0f);
   outputs_[0] = mono ? monoSum : left;
   outputs_[1] = right;
   effect_->process(effect_, inputs_.data(), outputs_.data(), frames);
-  if (mono) {
-    for (VstInt32 i = 0; i < frames; ++i) {
-      left[i] += monoSum[i];
-      right[i] += monoSum[i];
-    }
+  for (VstInt32 i = 0; mono && i < length; ++i) {
+    left[i] += monoSum[i];
+    right[i] += monoSum[i];
   }
-  host_->advance(frames);
+  host_->advance(length);
   return true;
 }
 

@@ -114,10 +114,13 @@ class Plugin {
   // (resized), sending each message in the block that holds its frame with
   // deltaFrames = frame - block start. `events` must be sorted by frame;
   // those at or after `frames` are not sent. beforeBlock(start, length), if
-  // given, runs ahead of each block (to change the tempo, show progress).
-  void render(std::span<const TimedMidi> events, int64_t frames, VstInt32 blockSize,
+  // given, runs ahead of each block (to change the tempo, show progress, wait
+  // for the plug-in); when it answers false the render stops there and
+  // render() returns false.
+  using BlockHook = std::function<bool(int64_t start, VstInt32 length)>;
+  bool render(std::span<const TimedMidi> events, int64_t frames, VstInt32 blockSize,
               std::vector<float>& left, std::vector<float>& right,
-              const std::function<void(int64_t, VstInt32)>& beforeBlock = {});
+              const BlockHook& beforeBlock = {});
 
  private:
   static std::unique_ptr<Plugin> start(Entry entry, void* library, const std::string& path,

@@ -1,0 +1,22 @@
+// sablevox-render: renders MIDI files to audio through a VST 2 instrument.
+#include <unistd.h>
+
+#include <iostream>
+#include <string>
+#include <vector>
+
+#include "render/options.h"
+#include "render/plugin_session.h"
+#include "render/render_session.h"
+
+int main(int argc, char** argv) {
+  using namespace sablevox::render;
+  const std::vector<std::string> args(argv + 1, argv + argc);
+  Options options;
+  std::string error;
+  if (!parseOptions(args, options, error)) {
+    std::cerr << "sablevox-render: " << error << '\n';
+    return kExitUsage;
+  }
+  return runCommand(options, std::cout, std::cerr, isatty(STDERR_FILENO) != 0);
+}

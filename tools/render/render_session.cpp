@@ -1,0 +1,141 @@
+// The render: MIDI input to timed events, blocks through the plug-in, checks,
+// the output file and the summary.
+#include "render/render_session.h"
+
+#include <chrono>
+#include <cmath>
+#include <filesystem>
+#include <thread>
+
+#include "host/vendor_opcodes.h"
+#include "render/audio_file.h"
+#include "render/demo_phrase.h"
+#include "render/midi_file.h"
+#include "render/plugin_session.h"
+#include "render/progress.h"
+#include "render/reports.h"
+#include "render/tempo_map.h"
+
+namespace sablevox::render {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+// Sablevox builds its wave tables on a worker thread; a render waits for them
+// before each block so that the result never depends on that thread's timing.
+// While waiting it runs blocks of no samples: the plug-in takes up finished
+// tables at the head of a block, and the worker may need that before it can
+// build the next one. Such a block renders nothing and moves no clock.
+constexpr auto kWaveWaitLimit = std::chrono::seconds(60);
+
+bool waitForWaves(host::Plugin& plugin, float* left, float* right) {
+  const auto deadline = Clock::now() + kWaveWaitLimit;
+  while (plugin.dispatch(effVendorSpecific, kSablevoxVendorIndex, kVendorWavesReady) != 1) {
+    if (Clock::now() > deadline) return false;
+    plugin.processReplacing(left, right, 0);
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  }
+  return true;
+}
+
+std::string outputPath(const Options& options) {
+  if (!options.output.empty()) return options.output;
+  if (options.input.empty()) return "sablevox-demo.wav";
+  return std::filesystem::path(options.input).replace_extension(".wav").string();
+}
+
+std::vector<host::TimedMidi> timedEvents(const MidiFile& midi, const TempoMap& tempo) {
+  std::vector<host::TimedMidi> events;
+  events.reserve(midi.events.size());
+  for (const MidiFileEvent& event : midi.events) {
+    events.push_back({tempo.frameAt(event.tick),
+                      host::MidiMessage::raw(0, event.bytes[0], event.bytes[1], event.bytes[2])});
+  }
+  return events;
+}
+
+// Index of the first sample that is NaN or infinite, or -1.
+int64_t firstNonFinite(const std::vector<float>& samples) {
+  for (size_t i = 0; i < samples.size(); ++i) {
+    if (!std::isfinite(samples[i])) return static_cast<int64_t>(i);
+  }
+  return -1;
+}
+
+int render(const Options& options, std::ostream& out, std::ostream& err, bool progress) {
+  auto fail = [&err](int status, const std::string& message) {
+    err << "sablevox-render: " << message << '\n';
+    return status;
+  };
+  MidiFile midi;
+  std::string error;
+  const bool read = options.input.empty() ? parseMidiFile(demoPhraseFile(), midi, error)
+                                          : readMidiFile(options.input, midi, error);
+  if (!read) return fail(kExitInput, error);
+  const std::string path = outputPath(options);
+  if (!checkAudioFileName(path, options.format, error)) return fail(kExitUsage, error);
+
+  PluginSession session;
+  if (!openPlugin(options, true, session, error)) return fail(kExitPlugin, error);
+  host::Plugin& plugin = *session.plugin;
+
+  const TempoMap tempo(midi, options.tempo, options.sampleRate);
+  const std::vector<host::TimedMidi> events = timedEvents(midi, tempo);
+  const int64_t lastFrame = events.empty() ? tempo.frameAt(midi.lastTick) : events.back().frame;
+  const int64_t total = lastFrame + std::llround(options.tail * options.sampleRate);
+
+  plugin.resume();
+  ProgressBar bar(err, progress, total);
+  bool wavesLate = false;
+  std::vector<float> left;
+  std::vector<float> right;
+  const auto started = Clock::now();
+  plugin.render(events, total, options.blockSize, left, right, [&](int64_t start, VstInt32) {
+    plugin.host().setTempo(tempo.bpmAtFrame(start));
+    bar.update(start);
+    wavesLate =
+        session.sablevox && !waitForWaves(plugin, left.data() + start, right.data() + start);
+    return !wavesLate;
+  });
+  const double seconds = std::chrono::duration<double>(Clock::now() - started).count();
+  bar.finish();
+  if (wavesLate) return fail(kExitOutput, "the plug-in's wave tables were not ready in time");
+
+  for (const auto* channel : {&left, &right}) {
+    const int64_t bad = firstNonFinite(*channel);
+    if (bad >= 0) {
+      return fail(kExitOutput,
+                  "the plug-in produced a non-finite sample at frame " + std::to_string(bad) +
+                      " (" + (channel == &left ? "left" : "right") + "); nothing was written");
+    }
+  }
+  if (!writeAudioFile(path, options.format, options.sampleRate, left, right, error)) {
+    return fail(kExitOutput, error);
+  }
+  const bool integerSamples = options.format != SampleFormat::float32;
+  out << summaryLine({path, describeFormat(path, options.format), integerSamples,
+                      options.sampleRate, &left, &right, seconds})
+      << '\n';
+  return 0;
+}
+
+}  // namespace
+
+int runCommand(const Options& options, std::ostream& out, std::ostream& err, bool progress) {
+  switch (options.command) {
+    case Command::help:
+      out << usageText();
+      return 0;
+    case Command::info:
+      return reportInfo(options, out, err);
+    case Command::listParams:
+      return listParameters(options, out, err);
+    case Command::listPrograms:
+      return listPrograms(options, out, err);
+    case Command::render:
+      break;
+  }
+  return render(options, out, err, progress);
+}
+
+}  // namespace sablevox::render
