@@ -179,7 +179,10 @@ TEST(HostLibrary, RenderDeliversEachEventInItsBlockAtItsOffset) {
     plugin->setBlockSize(blockSize);
     std::vector<float> left, right;
     int callbacks = 0;
-    plugin->render(events, 1000, blockSize, left, right, [&](int64_t, VstInt32) { ++callbacks; });
+    EXPECT_TRUE(plugin->render(events, 1000, blockSize, left, right, [&](int64_t, VstInt32) {
+      ++callbacks;
+      return true;
+    }));
     const auto& fake = FakePlugin::state();
     EXPECT_EQ(fake.framesRendered, 1000);
     EXPECT_EQ(callbacks, static_cast<int>(fake.blockLengths.size()));
