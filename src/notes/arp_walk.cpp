@@ -12,6 +12,17 @@ void wrapOctave(ADelay& e) {
   e.arpOctaveStep = static_cast<uint8_t>((e.arpOctaveStep + 1) % kArpColumns);
 }
 
+// Up and Down: on to the next key, or round to the other end and the next
+// column.
+void moveOrWrap(ADelay& e, int next, int otherEnd) {
+  if (next >= 0) {
+    e.arpNote = next;
+  } else {
+    e.arpNote = otherEnd;
+    wrapOctave(e);
+  }
+}
+
 // Altup and Altdown: up while arpDirection is 1, else down; the column moves
 // on at the bottom turn (Altup) or at the top turn (Altdown).
 void moveAlternating(ADelay& e, bool wrapAtTop) {
@@ -112,26 +123,12 @@ void arpStartWalk(ADelay& e, ArpWalk walk) {
 void arpMoveWalk(ADelay& e, ArpWalk walk) {
   const ArpKeyTable& keys = e.arpKeys;
   switch (walk) {
-    case ArpWalk::up: {
-      const int n = arpAbove(keys, e.arpNote);
-      if (n >= 0) {
-        e.arpNote = n;
-      } else {
-        e.arpNote = arpLowest(keys);
-        wrapOctave(e);
-      }
+    case ArpWalk::up:
+      moveOrWrap(e, arpAbove(keys, e.arpNote), arpLowest(keys));
       break;
-    }
-    case ArpWalk::down: {
-      const int n = arpBelow(keys, e.arpNote);
-      if (n >= 0) {
-        e.arpNote = n;
-      } else {
-        e.arpNote = arpHighest(keys);
-        wrapOctave(e);
-      }
+    case ArpWalk::down:
+      moveOrWrap(e, arpBelow(keys, e.arpNote), arpHighest(keys));
       break;
-    }
     case ArpWalk::altUp:
       moveAlternating(e, false);
       break;
