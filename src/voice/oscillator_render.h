@@ -13,18 +13,26 @@
 
 namespace sablevox {
 
+namespace render_detail {
+enum class Variant { cubic2x, linear2x, linear, nearest };
+// Defined and instantiated for the four variants in table_render.cpp.
+template <Variant kVariant>
+void renderTable(float* destination, const int16_t* table, int sampleCount, uint32_t& phase,
+                 int32_t& framePosition, float speed, float gain, float targetFrame);
+}  // namespace render_detail
+
 // "ultra": two steps per sample, 4-point cubic between R(1) and R(2), blended frames.
-void renderCubic2x(float* destination, const int16_t* table, int sampleCount, uint32_t& phase,
-                   int32_t& framePosition, float speed, float gain, float targetFrame);
+inline constexpr OscRender renderCubic2x =
+    &render_detail::renderTable<render_detail::Variant::cubic2x>;
 // "high": two steps per sample, linear between R(1) and R(2), blended frames.
-void renderLinear2x(float* destination, const int16_t* table, int sampleCount, uint32_t& phase,
-                    int32_t& framePosition, float speed, float gain, float targetFrame);
+inline constexpr OscRender renderLinear2x =
+    &render_detail::renderTable<render_detail::Variant::linear2x>;
 // "medium": one step per sample, linear between R(0) and R(1), blended frames.
-void renderLinear(float* destination, const int16_t* table, int sampleCount, uint32_t& phase,
-                  int32_t& framePosition, float speed, float gain, float targetFrame);
+inline constexpr OscRender renderLinear =
+    &render_detail::renderTable<render_detail::Variant::linear>;
 // "low": one step per sample, nearest sample of the nearest lower frame.
-void renderNearest(float* destination, const int16_t* table, int sampleCount, uint32_t& phase,
-                   int32_t& framePosition, float speed, float gain, float targetFrame);
+inline constexpr OscRender renderNearest =
+    &render_detail::renderTable<render_detail::Variant::nearest>;
 
 // Wave "STA Noise": white noise at the oscillator's gain; pitch plays no part.
 void renderNoise(float* destination, const int16_t* table, int sampleCount, uint32_t& phase,

@@ -1,6 +1,7 @@
 // The four table players. All table arithmetic is integer; only the final
 // sum is float. Level, increment and position step are fixed per call, so the
 // sample loops carry no branch on the mode.
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <utility>
@@ -10,10 +11,8 @@
 #include "waves/level_table.h"
 #include "waves/wave_format.h"
 
-namespace sablevox {
+namespace sablevox::render_detail {
 namespace {
-
-enum class Variant { cubic2x, linear2x, linear, nearest };
 
 constexpr uint32_t kPhaseMask = 0xFFFFFF;
 
@@ -120,6 +119,8 @@ constexpr std::array<LevelLoop, kTableLevels + 1> levelLoops(
   return {nullptr, &renderLevel<kVariant, kLevels + 1>...};
 }
 
+}  // namespace
+
 template <Variant kVariant>
 void renderTable(float* destination, const int16_t* table, int sampleCount, uint32_t& phase,
                  int32_t& framePosition, float speed, float gain, float targetFrame) {
@@ -134,38 +135,20 @@ void renderTable(float* destination, const int16_t* table, int sampleCount, uint
 
   // Positions are ours alone and lie in 0..0xFF30F6; the limit keeps the
   // glide's arithmetic clear of overflow whatever a record holds.
-  if (framePosition < 0 || framePosition > 0xFFFFFF)
-    framePosition = framePosition < 0 ? 0 : 0xFFFFFF;
+  framePosition = std::clamp(framePosition, 0, 0xFFFFFF);
   int32_t step = (targetPosition(targetFrame) - framePosition) / sampleCount;
   if constexpr (twoStep(kVariant)) step = step / 2;
 
   kLoops[level](destination, table, sampleCount, phase, framePosition, increment, step, gain);
 }
 
-}  // namespace
+template void renderTable<Variant::cubic2x>(float*, const int16_t*, int, uint32_t&, int32_t&, float,
+                                            float, float);
+template void renderTable<Variant::linear2x>(float*, const int16_t*, int, uint32_t&, int32_t&,
+                                             float, float, float);
+template void renderTable<Variant::linear>(float*, const int16_t*, int, uint32_t&, int32_t&, float,
+                                           float, float);
+template void renderTable<Variant::nearest>(float*, const int16_t*, int, uint32_t&, int32_t&, float,
+                                            float, float);
 
-void renderCubic2x(float* destination, const int16_t* table, int sampleCount, uint32_t& phase,
-                   int32_t& framePosition, float speed, float gain, float targetFrame) {
-  renderTable<Variant::cubic2x>(destination, table, sampleCount, phase, framePosition, speed, gain,
-                                targetFrame);
-}
-
-void renderLinear2x(float* destination, const int16_t* table, int sampleCount, uint32_t& phase,
-                    int32_t& framePosition, float speed, float gain, float targetFrame) {
-  renderTable<Variant::linear2x>(destination, table, sampleCount, phase, framePosition, speed, gain,
-                                 targetFrame);
-}
-
-void renderLinear(float* destination, const int16_t* table, int sampleCount, uint32_t& phase,
-                  int32_t& framePosition, float speed, float gain, float targetFrame) {
-  renderTable<Variant::linear>(destination, table, sampleCount, phase, framePosition, speed, gain,
-                               targetFrame);
-}
-
-void renderNearest(float* destination, const int16_t* table, int sampleCount, uint32_t& phase,
-                   int32_t& framePosition, float speed, float gain, float targetFrame) {
-  renderTable<Variant::nearest>(destination, table, sampleCount, phase, framePosition, speed, gain,
-                                targetFrame);
-}
-
-}  // namespace sablevox
+}  // namespace sablevox::render_detail
