@@ -138,11 +138,11 @@ bool parseMidiFile(std::span<const unsigned char> bytes, MidiFile& file, std::st
   file.format = static_cast<int>(in.fixed(2));
   const int declaredTracks = static_cast<int>(in.fixed(2));
   const uint32_t division = in.fixed(2);
+  if (headerLength >= 6) in.skip(headerLength - 6);
   if (in.failed() || headerLength < 6) {
     error = "truncated MIDI file: the header is incomplete";
     return false;
   }
-  in.skip(headerLength - 6);
   if (file.format > 1) {
     error = "MIDI file format " + std::to_string(file.format) + " is not supported (only 0 and 1)";
     return false;

@@ -167,7 +167,7 @@ bool parseOptions(std::span<const std::string> args, Options& options, std::stri
     } else if (arg == "-h" || arg == "--help") {
       options.command = Command::help;
       return true;
-    } else if (arg == "info" && i == 0) {
+    } else if (arg == "info") {  // the command word, wherever it stands
       options.command = Command::info;
     } else if (arg.size() > 1 && arg[0] == '-') {
       error = "unknown option " + arg + " (see --help)";

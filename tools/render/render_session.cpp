@@ -11,6 +11,7 @@
 #include "render/audio_file.h"
 #include "render/demo_phrase.h"
 #include "render/midi_file.h"
+#include "render/midi_schedule.h"
 #include "render/plugin_session.h"
 #include "render/progress.h"
 #include "render/reports.h"
@@ -44,16 +45,6 @@ std::string outputPath(const Options& options) {
   return std::filesystem::path(options.input).replace_extension(".wav").string();
 }
 
-std::vector<host::TimedMidi> timedEvents(const MidiFile& midi, const TempoMap& tempo) {
-  std::vector<host::TimedMidi> events;
-  events.reserve(midi.events.size());
-  for (const MidiFileEvent& event : midi.events) {
-    events.push_back({tempo.frameAt(event.tick),
-                      host::MidiMessage::raw(0, event.bytes[0], event.bytes[1], event.bytes[2])});
-  }
-  return events;
-}
-
 // Index of the first sample that is NaN or infinite, or -1.
 int64_t firstNonFinite(const std::vector<float>& samples) {
   for (size_t i = 0; i < samples.size(); ++i) {
@@ -80,23 +71,21 @@ int render(const Options& options, std::ostream& out, std::ostream& err, bool pr
   host::Plugin& plugin = *session.plugin;
 
   const TempoMap tempo(midi, options.tempo, options.sampleRate);
-  const std::vector<host::TimedMidi> events = timedEvents(midi, tempo);
-  const int64_t lastFrame = events.empty() ? tempo.frameAt(midi.lastTick) : events.back().frame;
-  const int64_t total = lastFrame + std::llround(options.tail * options.sampleRate);
+  const Schedule schedule = makeSchedule(midi, tempo, options.tail, options.sampleRate);
 
   plugin.resume();
-  ProgressBar bar(err, progress, total);
+  ProgressBar bar(err, progress, schedule.frames);
   bool wavesLate = false;
   std::vector<float> left;
   std::vector<float> right;
   const auto started = Clock::now();
-  plugin.render(events, total, options.blockSize, left, right, [&](int64_t start, VstInt32) {
-    plugin.host().setTempo(tempo.bpmAtFrame(start));
-    bar.update(start);
-    wavesLate =
-        session.sablevox && !waitForWaves(plugin, left.data() + start, right.data() + start);
-    return !wavesLate;
-  });
+  playSchedule(
+      plugin, schedule, tempo, options.blockSize, left, right, [&](int64_t start, VstInt32) {
+        bar.update(start);
+        wavesLate =
+            session.sablevox && !waitForWaves(plugin, left.data() + start, right.data() + start);
+        return !wavesLate;
+      });
   const double seconds = std::chrono::duration<double>(Clock::now() - started).count();
   bar.finish();
   if (wavesLate) return fail(kExitOutput, "the plug-in's wave tables were not ready in time");

@@ -1,0 +1,139 @@
+// The Standard MIDI File reader against hand-made files: running status,
+// velocity-0 note-ons, tempo changes, merged tracks, skipped chunks and
+// system exclusive, and the errors of broken files.
+#include <gtest/gtest.h>
+
+#include "midi_bytes.h"
+#include "render/midi_file.h"
+
+namespace sablevox::render {
+namespace {
+
+using testing::Bytes;
+using testing::midiFile;
+
+MidiFile parsed(const Bytes& bytes) {
+  MidiFile file;
+  std::string error;
+  EXPECT_TRUE(parseMidiFile(bytes, file, error)) << error;
+  return file;
+}
+
+std::string failure(const Bytes& bytes) {
+  MidiFile file;
+  std::string error;
+  EXPECT_FALSE(parseMidiFile(bytes, file, error));
+  EXPECT_FALSE(error.empty());
+  return error;
+}
+
+TEST(MidiFile, RunningStatusAndVelocityZeroNoteOns) {
+  const Bytes track = {0x00, 0x90, 0x3C, 0x64,        // note on 60
+                       0x60, 0x3E, 0x50,              // running status: note on 62, 96 ticks later
+                       0x60, 0x3C, 0x00,              // running status, velocity 0: note off 60
+                       0x00, 0xC1, 0x05,              // program change, one data byte
+                       0x10, 0x06,                    // running status with one data byte
+                       0x81, 0x00, 0xE2, 0x00, 0x40,  // two-byte delta (128): pitch bend, channel 3
+                       0x00, 0xFF, 0x2F, 0x00};
+  const MidiFile file = parsed(midiFile(0, 96, {track}));
+  EXPECT_EQ(file.format, 0);
+  EXPECT_EQ(file.ticksPerQuarter, 96);
+  ASSERT_EQ(file.events.size(), 6u);
+  const struct {
+    int64_t tick;
+    unsigned char status, data1, data2;
+  } expected[] = {{0, 0x90, 60, 100}, {96, 0x90, 62, 80}, {192, 0x80, 60, 0},
+                  {192, 0xC1, 5, 0},  {208, 0xC1, 6, 0},  {336, 0xE2, 0, 0x40}};
+  for (size_t i = 0; i < 6; ++i) {
+    EXPECT_EQ(file.events[i].tick, expected[i].tick) << i;
+    EXPECT_EQ(file.events[i].bytes[0], expected[i].status) << i;
+    EXPECT_EQ(file.events[i].bytes[1], expected[i].data1) << i;
+    EXPECT_EQ(file.events[i].bytes[2], expected[i].data2) << i;
+  }
+  EXPECT_EQ(file.events[3].size, 2);
+  EXPECT_EQ(file.lastTick, 336);
+}
+
+TEST(MidiFile, TracksMergeInTimeOrderAndTempoChangesAreCollected) {
+  const Bytes conductor = {0x00, 0xFF, 0x51, 0x03, 0x07, 0xA1, 0x20,        // 500000 us at 0
+                           0x87, 0x40, 0xFF, 0x51, 0x03, 0x03, 0xD0, 0x90,  // 250000 us at 960
+                           0x00, 0xFF, 0x2F, 0x00};
+  const Bytes melody = {0x00, 0x90, 0x40, 0x60, 0x83, 0x60, 0x80, 0x40, 0x00,  // 0 on, 480 off
+                        0x00, 0xFF, 0x2F, 0x00};
+  const Bytes bass = {0x83, 0x60, 0x95, 0x24, 0x70,        // 480: on, channel 6
+                      0x00, 0xF0, 0x03, 0x7E, 0x01, 0xF7,  // system exclusive, skipped
+                      0x83, 0x60, 0x85, 0x24, 0x00, 0x00, 0xFF, 0x2F, 0x00};  // 960: off
+  Bytes bytes = midiFile(1, 480, {conductor, melody});
+  testing::appendChunk(bytes, "XFIH", {1, 2, 3});  // unknown chunk between tracks
+  testing::appendChunk(bytes, "MTrk", bass);
+  bytes[11] = 3;  // three tracks declared
+  const MidiFile file = parsed(bytes);
+  EXPECT_EQ(file.trackCount, 3);
+  ASSERT_EQ(file.tempos.size(), 2u);
+  EXPECT_EQ(file.tempos[0].microsPerQuarter, 500000u);
+  EXPECT_EQ(file.tempos[1].tick, 960);
+  EXPECT_EQ(file.tempos[1].microsPerQuarter, 250000u);
+  ASSERT_EQ(file.events.size(), 4u);
+  EXPECT_EQ(file.events[0].bytes[0], 0x90);
+  // At tick 480 the earlier track comes first.
+  EXPECT_EQ(file.events[1].tick, 480);
+  EXPECT_EQ(file.events[1].track, 1);
+  EXPECT_EQ(file.events[2].track, 2);
+  EXPECT_EQ(file.events[2].bytes[0], 0x95);
+  EXPECT_EQ(file.events[3].tick, 960);
+  EXPECT_EQ(file.events[3].bytes[0], 0x85);
+}
+
+TEST(MidiFile, EveryTruncationIsAClearError) {
+  const Bytes whole = midiFile(1, 480,
+                               {{0x00, 0xFF, 0x51, 0x03, 0x07, 0xA1, 0x20, 0x00, 0xFF, 0x2F, 0x00},
+                                {0x00, 0x90, 0x40, 0x60, 0x83, 0x60, 0x80, 0x40, 0x00}});
+  parsed(whole);
+  for (size_t length = 0; length < whole.size(); ++length) {
+    const Bytes cut(whole.begin(), whole.begin() + static_cast<long>(length));
+    const std::string error = failure(cut);
+    if (length >= 4) {
+      EXPECT_NE(error.find("truncated"), std::string::npos) << length << ": " << error;
+    }
+  }
+  // A track chunk whose stated length ends inside an event.
+  EXPECT_NE(failure(midiFile(0, 96, {{0x00, 0x90, 0x3C}})).find("ends inside an event"),
+            std::string::npos);
+  // A delta time that never ends.
+  EXPECT_NE(failure(midiFile(0, 96, {{0x81, 0x81, 0x81, 0x81, 0x01, 0x90, 0x3C, 0x40}}))
+                .find("truncated"),
+            std::string::npos);
+  // Fewer tracks than declared.
+  EXPECT_NE(failure(midiFile(1, 96, {{0x00, 0xFF, 0x2F, 0x00}}, 2)).find("2 tracks declared"),
+            std::string::npos);
+}
+
+TEST(MidiFile, MalformedFilesAreRejectedWithTheReason) {
+  EXPECT_NE(failure({'R', 'I', 'F', 'F', 0, 0, 0, 6, 0, 0, 0, 1, 0, 96}).find("no MThd"),
+            std::string::npos);
+  EXPECT_NE(failure(midiFile(2, 96, {{0x00, 0xFF, 0x2F, 0x00}})).find("format 2"),
+            std::string::npos);
+  EXPECT_NE(failure(midiFile(0, 0, {{0x00, 0xFF, 0x2F, 0x00}})).find("division"),
+            std::string::npos);
+  // A meta event ends running status, so a data byte after it has no status.
+  EXPECT_NE(
+      failure(midiFile(0, 96, {{0x00, 0x90, 0x3C, 0x40, 0x00, 0xFF, 0x01, 0x00, 0x00, 0x3C, 0x00}}))
+          .find("without a status"),
+      std::string::npos);
+  EXPECT_NE(failure(midiFile(0, 96, {{0x00, 0x90, 0x3C, 0x90}})).find("status byte inside"),
+            std::string::npos);
+  MidiFile file;
+  std::string error;
+  EXPECT_FALSE(readMidiFile("/nonexistent/file.mid", file, error));
+  EXPECT_NE(error.find("cannot read"), std::string::npos);
+}
+
+TEST(MidiFile, SmpteDivisionCountsTicksPerSecond) {
+  // -25 frames a second, 40 ticks a frame: 1000 ticks a second.
+  const MidiFile file = parsed(midiFile(0, 0xE728, {{0x00, 0xFF, 0x2F, 0x00}}));
+  EXPECT_EQ(file.smpteFramesPerSecond, 25.0);
+  EXPECT_EQ(file.smpteTicksPerFrame, 40);
+}
+
+}  // namespace
+}  // namespace sablevox::render

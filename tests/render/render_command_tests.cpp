@@ -1,0 +1,188 @@
+// sablevox-render as a user runs it: the built program in fresh processes
+// with the built plug-in (exit statuses, messages, nothing written on
+// failure, identical renders, the user's settings untouched), and amsynth
+// rendered in this process through the same command code.
+#include <gtest/gtest.h>
+#include <sndfile.h>
+#include <sys/wait.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include "render/render_session.h"
+
+namespace sablevox::render {
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string shellQuoted(const std::string& text) {
+  std::string out(1, '\'');
+  for (char c : text) {
+    if (c == '\'') {
+      out.append("'\\''");
+    } else {
+      out.push_back(c);
+    }
+  }
+  out.push_back('\'');
+  return out;
+}
+
+std::string fileText(const fs::path& path) {
+  std::ifstream file(path, std::ios::binary);
+  return std::string((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
+}
+
+class RenderCommand : public ::testing::Test {
+ protected:
+  void SetUp() override {
+#if defined(SABLEVOX_RENDER_PATH) && defined(SABLEVOX_PLUGIN_PATH)
+    program_ = SABLEVOX_RENDER_PATH;
+    plugin_ = SABLEVOX_PLUGIN_PATH;
+#endif
+    if (program_.empty() || !fs::exists(program_) || !fs::exists(plugin_)) {
+      GTEST_SKIP() << "sablevox-render or the plug-in is not built";
+    }
+    folder_ = fs::path(::testing::TempDir()) /
+              ("sablevox-render-" +
+               std::string(::testing::UnitTest::GetInstance()->current_test_info()->name()));
+    fs::remove_all(folder_);
+    fs::create_directories(folder_ / "config" / "Sablevox");
+    userSettings_ = folder_ / "config" / "Sablevox" / "settings";
+    std::ofstream(userSettings_) << "Quality=2\nBank=3\n";
+  }
+  void TearDown() override {
+    if (!folder_.empty()) fs::remove_all(folder_);
+  }
+
+  // Runs the program with the user's settings folder; output of both streams.
+  int run(const std::vector<std::string>& args, std::string& output) {
+    std::string command = "XDG_CONFIG_HOME=" + shellQuoted((folder_ / "config").string()) + " " +
+                          shellQuoted(program_) + " --plugin " + shellQuoted(plugin_);
+    for (const std::string& arg : args) {
+      command.push_back(' ');
+      command.append(shellQuoted(arg));
+    }
+    FILE* pipe = popen((command + " 2>&1").c_str(), "r");
+    if (pipe == nullptr) return -1;
+    output.clear();
+    char buffer[512];
+    while (fgets(buffer, sizeof buffer, pipe) != nullptr) output += buffer;
+    const int status = pclose(pipe);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+  }
+
+  std::string path(const char* name) const {
+    return (folder_ / name).string();
+  }
+
+  std::string program_;
+  std::string plugin_;
+  fs::path folder_;
+  fs::path userSettings_;
+};
+
+TEST_F(RenderCommand, SameInputTwiceGivesIdenticalAudioAndASummary) {
+  std::string output;
+  const std::string first = path("first.wav");
+  const std::string second = path("second.wav");
+  ASSERT_EQ(run({"--demo", "--format", "float", "--tail", "0.5", "--quality", "low", "-o", first},
+                output),
+            0)
+      << output;
+  EXPECT_NE(output.find("first.wav: 12.50 s, 44100 Hz, 32-bit float WAV; peak "), std::string::npos)
+      << output;
+  EXPECT_NE(output.find("dBFS (L / R)"), std::string::npos);
+  EXPECT_NE(output.find("x real time"), std::string::npos);
+  ASSERT_EQ(run({"--format=float", "--tail=0.5", "--quality=low", "-o", second}, output), 0)
+      << output;
+  const std::string audio = fileText(first);
+  EXPECT_GT(audio.size(), 12.5 * 44100 * 8);
+  EXPECT_TRUE(audio == fileText(second)) << "two renders of the demo differ";
+  EXPECT_EQ(fileText(userSettings_), "Quality=2\nBank=3\n");
+  EXPECT_EQ(
+      std::distance(fs::directory_iterator(userSettings_.parent_path()), fs::directory_iterator{}),
+      1);
+}
+
+TEST_F(RenderCommand, FailuresExitWithAReasonAndWriteNothing) {
+  const std::string garbage = path("garbage.mid");
+  std::ofstream(garbage) << "MThd but not really";
+  const std::string out = path("out.wav");
+  const struct {
+    std::vector<std::string> args;
+    int status;
+    const char* message;
+  } cases[] = {
+      {{garbage, "-o", out}, 2, "truncated MIDI file"},
+      {{path("missing.mid"), "-o", out}, 2, "cannot read MIDI file"},
+      {{"--set", "NoSuchKnob=0.5", "-o", out}, 3, "unknown parameter 'NoSuchKnob'"},
+      {{"--set", "FiltType=LP Nothing", "-o", out}, 3, "neither a number nor one of its choices"},
+      {{"--program", "128", "-o", out}, 3, "program 128 does not exist"},
+      {{"--plugin", path("none.so"), "-o", out}, 3, "plug-in file not found"},
+      {{"--plugin", garbage, "-o", out}, 3, "cannot load plug-in"},
+      {{"--sample-rate", "fast", "-o", out}, 1, "bad value 'fast' for --sample-rate"},
+      {{"-o", path("out.ogg")}, 1, "must end in .wav or .flac"},
+  };
+  for (const auto& c : cases) {
+    std::string output;
+    EXPECT_EQ(run(c.args, output), c.status) << output;
+    EXPECT_NE(output.find(c.message), std::string::npos) << output;
+    EXPECT_FALSE(fs::exists(out)) << c.message;
+  }
+  std::vector<std::string> left;
+  for (const auto& entry : fs::directory_iterator(folder_)) left.push_back(entry.path().filename());
+  std::sort(left.begin(), left.end());
+  EXPECT_EQ(left, (std::vector<std::string>{"config", "garbage.mid"}));
+}
+
+TEST_F(RenderCommand, InfoAndListsReportWhatTheHostSees) {
+  std::string output;
+  ASSERT_EQ(run({"info"}, output), 0) << output;
+  EXPECT_NE(output.find("Unique id:       'QSBV' (1364410966, 0x51534256)"), std::string::npos)
+      << output;
+  EXPECT_NE(output.find("Inputs, outputs: 0, 2"), std::string::npos);
+  EXPECT_NE(output.find("Parameters:      50"), std::string::npos);
+  EXPECT_NE(output.find("Programs:        128"), std::string::npos);
+  EXPECT_NE(output.find("IsSynth"), std::string::npos);
+
+  ASSERT_EQ(run({"--list-params", "--set", "FiltType=LP Moog"}, output), 0) << output;
+  EXPECT_NE(output.find("16  FiltType  0.120000"), std::string::npos) << output;
+  EXPECT_NE(output.find("LP Moog Noisy"), std::string::npos) << "choice names are listed";
+
+  ASSERT_EQ(run({"--list-programs"}, output), 0) << output;
+  EXPECT_EQ(std::count(output.begin(), output.end(), '\n'), 128);
+}
+
+TEST(RenderAmsynth, TheDemoRendersThroughAmsynthToo) {
+  const char* amsynth = "/usr/lib/vst/amsynth_vst.so";
+  if (!fs::exists(amsynth)) GTEST_SKIP() << "amsynth is not installed";
+  const std::string out = ::testing::TempDir() + "sablevox-amsynth.flac";
+  Options options;
+  options.plugin = amsynth;
+  options.output = out;
+  options.tail = 0.5;
+  std::ostringstream summary;
+  std::ostringstream messages;
+  ASSERT_EQ(runCommand(options, summary, messages, false), 0) << messages.str();
+  EXPECT_NE(summary.str().find("12.50 s, 44100 Hz, 24-bit FLAC"), std::string::npos)
+      << summary.str();
+  SF_INFO info{};
+  SNDFILE* file = sf_open(out.c_str(), SFM_READ, &info);
+  ASSERT_NE(file, nullptr);
+  std::vector<float> samples(static_cast<size_t>(info.frames * 2));
+  sf_readf_float(file, samples.data(), info.frames);
+  sf_close(file);
+  fs::remove(out);
+  float peak = 0.0f;
+  for (float sample : samples) peak = std::max(peak, std::fabs(sample));
+  EXPECT_GT(peak, 0.1f);
+}
+
+}  // namespace
+}  // namespace sablevox::render
