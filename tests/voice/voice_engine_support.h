@@ -25,33 +25,15 @@ class VoiceEngineTest : public ::testing::Test {
     TestHost::instance().reset();
     engine = makeEngine(44100.0f);
     engine->config->set(kQuality, 0);
-    const struct {
-      int index;
-      float value;
-    } patch[] = {{kOsc1Wave, choiceValue(kStaSine)},
-                 {kOsc2Wave, 0.0f},
-                 {kOsc1Mod, 0.0f},
-                 {kOsc1Tune, kTunePlusOne},
-                 {kOsc1Fine, 0.5f},
-                 {kOsc1Vol, 1.0f},
-                 {kFat, 0.0f},
-                 {kAnalog, 0.0f},
-                 {kFiltType, 0.0f},
-                 {kDrive, 0.0f},
-                 {kVolume, 1.0f},
-                 {kEnvVolA, 0.0f},
-                 {kEnvVolD, 0.5f},
-                 {kEnvVolS, 1.0f},
-                 {kEnvVolR, 0.5f},
-                 {kEnvVolVe, 0.5f},
-                 {kEnvVolPo, 0.0f},
-                 {kLFODest, 0.0f},
-                 {kArpType, 0.0f},
-                 {kEffType, 0.0f},
-                 {kVoices, choiceValue(7)},
-                 {kPWDepth, choiceValue(1)},
-                 {kMWDest, 0.0f},
-                 {kGlMode, 0.0f}};
+    // clang-format off
+    const struct { int index; float value; } patch[] = {
+        {kOsc1Wave, choiceValue(kStaSine)}, {kOsc2Wave, 0.0f}, {kOsc1Mod, 0.0f},
+        {kOsc1Tune, kTunePlusOne}, {kOsc1Fine, 0.5f}, {kOsc1Vol, 1.0f}, {kFat, 0.0f},
+        {kAnalog, 0.0f}, {kFiltType, 0.0f}, {kDrive, 0.0f}, {kVolume, 1.0f}, {kEnvVolA, 0.0f},
+        {kEnvVolD, 0.5f}, {kEnvVolS, 1.0f}, {kEnvVolR, 0.5f}, {kEnvVolVe, 0.5f},
+        {kEnvVolPo, 0.0f}, {kLFODest, 0.0f}, {kArpType, 0.0f}, {kEffType, 0.0f},
+        {kVoices, choiceValue(7)}, {kPWDepth, choiceValue(1)}, {kMWDest, 0.0f}, {kGlMode, 0.0f}};
+    // clang-format on
     for (const auto& p : patch) engine->setParameter(p.index, p.value);
     waitForWaves();
   }
