@@ -91,18 +91,22 @@ TEST_F(RenderCommand, SameInputTwiceGivesIdenticalAudioAndASummary) {
   std::string output;
   const std::string first = path("first.wav");
   const std::string second = path("second.wav");
-  ASSERT_EQ(run({"--demo", "--format", "float", "--tail", "0.5", "--quality", "low", "-o", first},
+  // The demo's 20 beats at 400 BPM: 3 seconds, and the tempo option tried.
+  ASSERT_EQ(run({"--demo", "--format", "float", "--tempo", "400", "--tail", "0.2", "--quality",
+                 "low", "-o", first},
                 output),
             0)
       << output;
-  EXPECT_NE(output.find("first.wav: 12.50 s, 44100 Hz, 32-bit float WAV; peak "), std::string::npos)
+  EXPECT_NE(output.find("first.wav: 3.20 s, 44100 Hz, 32-bit float WAV; peak "), std::string::npos)
       << output;
   EXPECT_NE(output.find("dBFS (L / R)"), std::string::npos);
   EXPECT_NE(output.find("x real time"), std::string::npos);
-  ASSERT_EQ(run({"--format=float", "--tail=0.5", "--quality=low", "-o", second}, output), 0)
+  ASSERT_EQ(
+      run({"--format=float", "--tempo=400", "--tail=0.2", "--quality=low", "-o", second}, output),
+      0)
       << output;
   const std::string audio = fileText(first);
-  EXPECT_GT(audio.size(), 12.5 * 44100 * 8);
+  EXPECT_GT(audio.size(), 3.2 * 44100 * 8);
   EXPECT_TRUE(audio == fileText(second)) << "two renders of the demo differ";
   EXPECT_EQ(fileText(userSettings_), "Quality=2\nBank=3\n");
   EXPECT_EQ(

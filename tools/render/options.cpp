@@ -23,22 +23,29 @@ std::string folded(const std::string& text) {
   return out;
 }
 
-bool parseInt(const std::string& text, int& value) {
-  const char* end = text.data() + text.size();
-  auto [at, failure] = std::from_chars(text.data(), end, value);
-  return failure == std::errc() && at == end && !text.empty();
-}
-
-bool parseDouble(const std::string& text, double& value) {
+// The whole text as one finite number.
+template <typename Number>
+bool parseNumber(const std::string& text, Number& value) {
   const char* end = text.data() + text.size();
   auto [at, failure] = std::from_chars(text.data(), end, value);
   return failure == std::errc() && at == end && !text.empty() && std::isfinite(value);
 }
 
+// A setter of a number option that accepts low..high.
+template <typename Number>
+auto ranged(Number& target, Number low, Number high) {
+  return [&target, low, high](const std::string& text) {
+    Number parsed{};
+    if (!parseNumber(text, parsed) || parsed < low || parsed > high) return false;
+    target = parsed;
+    return true;
+  };
+}
+
 // A name from the list (folded) or its number 0..count-1; -1 if neither.
 int choiceFromName(const std::string& text, std::span<const char* const> names) {
   int number = 0;
-  if (parseInt(text, number))
+  if (parseNumber(text, number))
     return number >= 0 && number < static_cast<int>(names.size()) ? number : -1;
   for (size_t i = 0; i < names.size(); ++i) {
     if (folded(text) == folded(names[i])) return static_cast<int>(i);
@@ -75,22 +82,6 @@ bool parseOptions(std::span<const std::string> args, Options& options, std::stri
   bool demo = false;
   // Each option that takes a value: how to store it, false if malformed.
   using Setter = std::function<bool(const std::string&)>;
-  auto number = [](double& target, double low, double high) {
-    return [&target, low, high](const std::string& v) {
-      double parsed = 0.0;
-      if (!parseDouble(v, parsed) || parsed < low || parsed > high) return false;
-      target = parsed;
-      return true;
-    };
-  };
-  auto integer = [](int& target, int low, int high) {
-    return [&target, low, high](const std::string& v) {
-      int parsed = 0;
-      if (!parseInt(v, parsed) || parsed < low || parsed > high) return false;
-      target = parsed;
-      return true;
-    };
-  };
   auto named = [](int& target, int (*lookup)(const std::string&)) {
     return [&target, lookup](const std::string& v) { return (target = lookup(v)) >= 0; };
   };
@@ -101,15 +92,15 @@ bool parseOptions(std::span<const std::string> args, Options& options, std::stri
       {"-o", {text(options.output), "a file name"}},
       {"--output", {text(options.output), "a file name"}},
       {"--plugin", {text(options.plugin), "a file name"}},
-      {"--sample-rate", {integer(options.sampleRate, 8000, 384000), "8000 to 384000"}},
-      {"--block-size", {integer(options.blockSize, 1, 65536), "1 to 65536"}},
-      {"--tempo", {number(options.tempo, 1.0, 999.0), "1 to 999 BPM"}},
-      {"--program", {integer(options.program, 0, 100000), "a program number from 0"}},
+      {"--sample-rate", {ranged(options.sampleRate, 8000, 384000), "8000 to 384000"}},
+      {"--block-size", {ranged(options.blockSize, 1, 65536), "1 to 65536"}},
+      {"--tempo", {ranged(options.tempo, 1.0, 999.0), "1 to 999 BPM"}},
+      {"--program", {ranged(options.program, 0, 100000), "a program number from 0"}},
       {"--bank", {named(options.bank, bankFromName), "empty, A, B, C, Abstracts or 0 to 4"}},
       {"--quality",
        {named(options.quality, qualityFromName), "ultra, high, medium, low or 0 to 3"}},
       {"--iqm", {named(options.iqm, iqmFromName), "off, light, heavy, pure or 0 to 3"}},
-      {"--tail", {number(options.tail, 0.0, 600.0), "0 to 600 seconds"}},
+      {"--tail", {ranged(options.tail, 0.0, 600.0), "0 to 600 seconds"}},
       {"--set",
        {[&options](const std::string& v) {
           if (v.find('=') == std::string::npos || v.front() == '=') return false;
