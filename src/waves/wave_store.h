@@ -84,7 +84,7 @@ class WaveStore {
   bool waitForAcknowledgement(const Exchange& exchange, uint32_t published,
                               const Shared<bool>& workerStop) const;
 
-  WaveSlot slots_[kWaveCount];
+  const WaveSlot* slots_ = nullptr;  // shared by every instance of the process
   Exchange exchange_[2];
   const int16_t* playingTable_[2] = {nullptr, nullptr};  // audio thread
   uint32_t playingWord_[2] = {0, 0};                     // audio thread
