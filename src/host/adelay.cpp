@@ -33,17 +33,10 @@ ADelay::ADelay(audioMasterCallback audioMaster)
 
   makeProgramCurrent(0);
 
-  std::memset(arpKeys, 0, sizeof arpKeys);
+  // Arpeggiator keys, voices, counters, LFO indices, averaging history and
+  // the effects' sleep: what a reset clears, and a little more.
+  resetEngine();
   std::memset(arpKeysPrevious, 0, sizeof arpKeysPrevious);
-  std::memset(arpHeldKeys, 0, sizeof arpHeldKeys);
-  std::memset(static_cast<void*>(voices), 0, sizeof voices);
-  refreshCountdown = 0;
-  samplesToTick = 0.0f;
-  lfoSpeedIndex = 0;
-  lfoTypeIndex = 0;
-  outputHistoryLeft = 0.0f;
-  outputHistoryRight = 0.0f;
-  effectsAsleep = false;
   rebuildWaves = true;
   pitchMultiplier = 1.0f;
   cutoffOffset = 0.0f;

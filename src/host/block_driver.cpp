@@ -7,8 +7,8 @@
 #include "effects/chorus.h"
 #include "effects/delay.h"
 #include "effects/effect_section.h"
-#include "effects/reverb.h"
 #include "effects/equaliser.h"
+#include "effects/reverb.h"
 #include "host/adelay.h"
 
 namespace sablevox {
@@ -28,38 +28,39 @@ void averagePass(float* buffer, int count, float& history) {
   history = previous;
 }
 
-}  // namespace
-
-void ADelay::processReplacing(float** /*inputs*/, float** outputs, VstInt32 sampleFrames) {
+// Blocks longer than the scratch buffers are served in pieces; a count of 0
+// (or a hostile negative one) still runs one empty piece for the bookkeeping.
+template <typename Piece>
+void forEachPiece(float** outputs, VstInt32 sampleFrames, Piece piece) {
   if (outputs == nullptr || outputs[0] == nullptr || outputs[1] == nullptr) return;
   const int count = sampleFrames > 0 ? sampleFrames : 0;
-  // Blocks longer than the scratch buffers are served in pieces; a count of
-  // 0 still runs one piece for the bookkeeping.
   int done = 0;
   do {
-    const int piece = std::min(count - done, kMaxBlock);
+    const int length = std::min(count - done, kMaxBlock);
     float* out[2] = {outputs[0] + done, outputs[1] + done};
-    renderBlock(out, piece);
-    done += piece;
+    piece(out, length);
+    done += length;
   } while (done < count);
 }
 
+}  // namespace
+
+void ADelay::processReplacing(float** /*inputs*/, float** outputs, VstInt32 sampleFrames) {
+  forEachPiece(outputs, sampleFrames,
+               [this](float** out, int length) { renderBlock(out, length); });
+}
+
+// The accumulating form: the same block added to what the buffers hold.
 void ADelay::process(float** /*inputs*/, float** outputs, VstInt32 sampleFrames) {
-  if (outputs == nullptr || outputs[0] == nullptr || outputs[1] == nullptr) return;
-  const int count = sampleFrames > 0 ? sampleFrames : 0;
-  int done = 0;
-  do {
-    const int piece = std::min(count - done, kMaxBlock);
-    float* out[2] = {outputs[0] + done, outputs[1] + done};
-    std::memcpy(dryLeft, out[0], sizeof(float) * static_cast<size_t>(piece));
-    std::memcpy(dryRight, out[1], sizeof(float) * static_cast<size_t>(piece));
-    renderBlock(out, piece);
-    for (int i = 0; i < piece; ++i) {
+  forEachPiece(outputs, sampleFrames, [this](float** out, int length) {
+    std::memcpy(dryLeft, out[0], sizeof(float) * static_cast<size_t>(length));
+    std::memcpy(dryRight, out[1], sizeof(float) * static_cast<size_t>(length));
+    renderBlock(out, length);
+    for (int i = 0; i < length; ++i) {
       out[0][i] += dryLeft[i];
       out[1][i] += dryRight[i];
     }
-    done += piece;
-  } while (done < count);
+  });
 }
 
 void ADelay::renderBlock(float** outputs, int count) {
