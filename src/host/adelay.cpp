@@ -186,10 +186,16 @@ void ADelayEdit::setParameter(VstInt32 index, float value) {
   ADelay::setParameter(index, value);
 }
 
-bool ADelayEdit::getEffectName(char* name) { return ADelay::getEffectName(name); }
+bool ADelayEdit::getEffectName(char* name) {
+  return ADelay::getEffectName(name);
+}
 
-bool ADelayEdit::getProductString(char* text) { return ADelay::getProductString(text); }
+bool ADelayEdit::getProductString(char* text) {
+  return ADelay::getProductString(text);
+}
 
-void ADelayEdit::setKeyDisplay(int index, float value) { ADelay::setKeyDisplay(index, value); }
+void ADelayEdit::setKeyDisplay(int index, float value) {
+  ADelay::setKeyDisplay(index, value);
+}
 
 }  // namespace sablevox

@@ -87,8 +87,7 @@ class ADelay : public AudioEffectX {
                          float loopSpeed, float tune, float fine);
   void renderVoice(int voiceIndex, int sampleCount, float* outLeft, float* outRight, int offset,
                    int blockLength);
-  void arpTick(int type, int rhythm, bool active, double tempo, float sampleRate,
-               int tickLength);
+  void arpTick(int type, int rhythm, bool active, double tempo, float sampleRate, int tickLength);
   void arpNoteOn(int note, int velocity, bool active);
   void arpNoteOff(int note, bool active);
   void noteOn(int note, int velocity);

@@ -17,7 +17,9 @@ bool ADelay::getOutputProperties(VstInt32 index, VstPinProperties* properties) {
 }
 
 // The category the product has always reported, though it is an instrument.
-VstPlugCategory ADelay::getPlugCategory() { return kPlugCategEffect; }
+VstPlugCategory ADelay::getPlugCategory() {
+  return kPlugCategEffect;
+}
 
 bool ADelay::getEffectName(char* name) {
   copyText(name, kEffectName, kVstMaxEffectNameLen);
@@ -34,7 +36,9 @@ bool ADelay::getProductString(char* text) {
   return true;
 }
 
-VstInt32 ADelay::getVendorVersion() { return 1000; }
+VstInt32 ADelay::getVendorVersion() {
+  return 1000;
+}
 
 VstInt32 ADelay::canDo(char* text) {
   static constexpr const char* kCanDo[] = {"receiveVstEvents", "receiveVstMidiEvent",

@@ -18,7 +18,8 @@ float ADelay::getParameter(VstInt32 index) {
 }
 
 void ADelay::getParameterName(VstInt32 index, char* text) {
-  if (index >= 0 && index < kNumParams) copyText(text, parameterInfo(index).name, kVstMaxParamStrLen);
+  if (index >= 0 && index < kNumParams)
+    copyText(text, parameterInfo(index).name, kVstMaxParamStrLen);
 }
 
 void ADelay::getParameterLabel(VstInt32 index, char* label) {

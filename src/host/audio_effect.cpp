@@ -24,7 +24,9 @@ AudioEffect::AudioEffect(audioMasterCallback master, VstInt32 programs, VstInt32
   cEffect.processReplacing = &processReplacingEffect;
 }
 
-AudioEffect::~AudioEffect() { delete editor; }
+AudioEffect::~AudioEffect() {
+  delete editor;
+}
 
 AudioEffect* AudioEffect::fromAeffect(AEffect* effect) {
   return effect != nullptr ? static_cast<AudioEffect*>(effect->object) : nullptr;
@@ -52,7 +54,9 @@ VstInt32 AudioEffect::getMasterVersion() {
   return version == 0 ? 1 : static_cast<VstInt32>(version);
 }
 
-void AudioEffect::masterIdle() { callHost(audioMasterIdle); }
+void AudioEffect::masterIdle() {
+  callHost(audioMasterIdle);
+}
 
 void AudioEffect::setParameterAutomated(VstInt32 index, float value) {
   setParameter(index, value);
@@ -63,9 +67,13 @@ bool AudioEffect::beginEdit(VstInt32 index) {
   return callHost(audioMasterBeginEdit, index) != 0;
 }
 
-bool AudioEffect::endEdit(VstInt32 index) { return callHost(audioMasterEndEdit, index) != 0; }
+bool AudioEffect::endEdit(VstInt32 index) {
+  return callHost(audioMasterEndEdit, index) != 0;
+}
 
-void AudioEffect::float2string(float value, char* text) { sablevox::float2string(value, text); }
+void AudioEffect::float2string(float value, char* text) {
+  sablevox::float2string(value, text);
+}
 
 VstIntPtr AudioEffect::dispatcher(VstInt32 opcode, VstInt32 index, VstIntPtr value, void* ptr,
                                   float opt) {
@@ -133,8 +141,8 @@ VstIntPtr AudioEffect::dispatcher(VstInt32 opcode, VstInt32 index, VstIntPtr val
   }
 }
 
-VstIntPtr AudioEffect::dispatchEffect(AEffect* e, VstInt32 opcode, VstInt32 index,
-                                      VstIntPtr value, void* ptr, float opt) {
+VstIntPtr AudioEffect::dispatchEffect(AEffect* e, VstInt32 opcode, VstInt32 index, VstIntPtr value,
+                                      void* ptr, float opt) {
   AudioEffect* self = fromAeffect(e);
   if (self == nullptr) return 0;
   if (opcode == effClose) {

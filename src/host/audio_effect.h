@@ -72,8 +72,8 @@ class AudioEffect {
 
  protected:
   void setFlag(VstInt32 flag, bool state);
-  VstIntPtr callHost(VstInt32 opcode, VstInt32 index = 0, VstIntPtr value = 0,
-                     void* ptr = nullptr, float opt = 0.0f);
+  VstIntPtr callHost(VstInt32 opcode, VstInt32 index = 0, VstIntPtr value = 0, void* ptr = nullptr,
+                     float opt = 0.0f);
   static void copyName(char* destination, const char* source);
 
   // Order as the frame has always held them.
@@ -90,8 +90,7 @@ class AudioEffect {
   static VstIntPtr dispatchEffect(AEffect* e, VstInt32 opcode, VstInt32 index, VstIntPtr value,
                                   void* ptr, float opt);
   static void processEffect(AEffect* e, float** inputs, float** outputs, VstInt32 frames);
-  static void processReplacingEffect(AEffect* e, float** inputs, float** outputs,
-                                     VstInt32 frames);
+  static void processReplacingEffect(AEffect* e, float** inputs, float** outputs, VstInt32 frames);
   static void setParameterEffect(AEffect* e, VstInt32 index, float value);
   static float getParameterEffect(AEffect* e, VstInt32 index);
 };

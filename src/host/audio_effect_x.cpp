@@ -65,7 +65,9 @@ bool AudioEffectX::wantEvents(VstInt32 filter) {
   return callHost(audioMasterWantMidi, 0, filter) != 0;
 }
 
-bool AudioEffectX::needIdle() { return callHost(audioMasterNeedIdle) != 0; }
+bool AudioEffectX::needIdle() {
+  return callHost(audioMasterNeedIdle) != 0;
+}
 
 VstTimeInfo* AudioEffectX::getTimeInfo(VstInt32 filter) {
   return reinterpret_cast<VstTimeInfo*>(callHost(audioMasterGetTime, 0, filter));
@@ -79,9 +81,13 @@ bool AudioEffectX::sizeWindow(VstInt32 width, VstInt32 height) {
   return callHost(audioMasterSizeWindow, width, height) != 0;
 }
 
-bool AudioEffectX::updateDisplay() { return callHost(audioMasterUpdateDisplay) != 0; }
+bool AudioEffectX::updateDisplay() {
+  return callHost(audioMasterUpdateDisplay) != 0;
+}
 
-bool AudioEffectX::ioChanged() { return callHost(audioMasterIOChanged) != 0; }
+bool AudioEffectX::ioChanged() {
+  return callHost(audioMasterIOChanged) != 0;
+}
 
 double AudioEffectX::getTempo() {
   const VstTimeInfo* info = getTimeInfo(kVstPpqPosValid | kVstTempoValid);

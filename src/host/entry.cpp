@@ -22,8 +22,10 @@ __attribute__((visibility("default"))) AEffect* VSTPluginMain(audioMasterCallbac
 
 // C++ forbids a function named main with this signature, so the second name
 // is given to the assembler directly.
-__attribute__((visibility("default"))) AEffect* sablevoxMainEntry(audioMasterCallback audioMaster)
-    __asm__("main");
-AEffect* sablevoxMainEntry(audioMasterCallback audioMaster) { return VSTPluginMain(audioMaster); }
+__attribute__((visibility("default"))) AEffect* sablevoxMainEntry(
+    audioMasterCallback audioMaster) __asm__("main");
+AEffect* sablevoxMainEntry(audioMasterCallback audioMaster) {
+  return VSTPluginMain(audioMaster);
+}
 
 }  // extern "C"

@@ -46,8 +46,8 @@ struct TestHost {
     for (const HostCall& call : calls) n += call.opcode == opcode ? 1 : 0;
     return n;
   }
-  static VstIntPtr callback(AEffect* /*effect*/, VstInt32 opcode, VstInt32 index,
-                            VstIntPtr value, void* /*ptr*/, float opt) {
+  static VstIntPtr callback(AEffect* /*effect*/, VstInt32 opcode, VstInt32 index, VstIntPtr value,
+                            void* /*ptr*/, float opt) {
     TestHost& host = instance();
     std::lock_guard<std::mutex> lock(host.mutex);
     host.calls.push_back({opcode, index, value, opt});

@@ -238,7 +238,7 @@ TEST_F(ArpeggiatorTest, GatePlaysNewKeysAtTheFirstStepAndChopsAllLater) {
   EXPECT_EQ(tick(250), (Notes{60}));
   EXPECT_TRUE(tick(250).empty());  // step 0 acts once
   press(64);
-  EXPECT_EQ(tick(250), (Notes{64}));  // still step 0: only the new key
+  EXPECT_EQ(tick(250), (Notes{64}));      // still step 0: only the new key
   for (int i = 0; i < 5; ++i) tick(250);  // the rest of step 0, then step 1: off
   EXPECT_TRUE(gatedNotes().empty());
   EXPECT_EQ(tick(250), (Notes{60, 64}));  // step 2: the whole chord

@@ -124,21 +124,24 @@ TEST_F(PluginInterfaceTest, HostileParametersAndMidiNeverMakeNonFiniteOutput) {
   std::mt19937 random(7);
   const float hostile[] = {std::numeric_limits<float>::quiet_NaN(),
                            std::numeric_limits<float>::infinity(),
-                           -std::numeric_limits<float>::infinity(), -1e30f, 1e30f, -1.0f, 2.0f};
+                           -std::numeric_limits<float>::infinity(),
+                           -1e30f,
+                           1e30f,
+                           -1.0f,
+                           2.0f};
   std::vector<float> left(512), right(512);
   for (int block = 0; block < 200; ++block) {
     for (int k = 0; k < 5; ++k) {
       const int index = static_cast<int>(random() % 60) - 5;
-      const float value = random() % 3 == 0 ? hostile[random() % 7]
-                                            : static_cast<float>(random() % 1001) / 1000.0f;
+      const float value =
+          random() % 3 == 0 ? hostile[random() % 7] : static_cast<float>(random() % 1001) / 1000.0f;
       plugin->setParameter(index, value);
     }
     std::vector<MidiMessage> midi;
     for (int k = 0; k < 4; ++k) {
-      midi.push_back(MidiMessage::raw(static_cast<VstInt32>(random() % 2000) - 500,
-                                      static_cast<unsigned char>(random()),
-                                      static_cast<unsigned char>(random()),
-                                      static_cast<unsigned char>(random())));
+      midi.push_back(MidiMessage::raw(
+          static_cast<VstInt32>(random() % 2000) - 500, static_cast<unsigned char>(random()),
+          static_cast<unsigned char>(random()), static_cast<unsigned char>(random())));
     }
     plugin->sendMidi(midi);
     plugin->processReplacing(left.data(), right.data(), 512);
