@@ -40,7 +40,9 @@ std::vector<FactoryRecord> buildRecords() {
     for (int i = 0; i < kNumPrograms; ++i) {
       char name[kProgramNameSize] = "";
       if (bank != 2 || i < kBankCFilled) {
-        std::snprintf(name, sizeof name, "Placeholder %c%03d", kBankLetters[bank], i);
+        // Three digits, as the compiler can see.
+        std::snprintf(name, sizeof name, "Placeholder %c%03u", kBankLetters[bank],
+                      static_cast<unsigned>(i) % 1000u);
       }
       records.push_back(makeRecord(name));
     }
