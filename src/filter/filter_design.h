@@ -25,4 +25,20 @@ void copyFilterSettings(const FilterState& left, FilterState& right);
 // Clears the running state that mode covers, at a note start that resets the sound.
 void resetFilter(FilterState& state);
 
+// Far above any healthy running value: a full oscillator stack through the
+// most resonant type stays two orders of magnitude below it.
+constexpr float kFilterRunawayLimit = 1.0e6f;
+
+// True when the running state has left every healthy range (or is not a
+// number). Resonant stages whose coefficients jump at every tick, as a noise
+// LFO on the cutoff makes them, can gain energy without bound; nothing in
+// their formulas pulls them back, so the voice clears them.
+inline bool filterRanAway(const FilterState& state) {
+  bool away = false;
+  for (float v : state.set2) away |= !(v <= kFilterRunawayLimit && v >= -kFilterRunawayLimit);
+  for (float v : state.hist1) away |= !(v <= kFilterRunawayLimit && v >= -kFilterRunawayLimit);
+  for (float v : state.hist2) away |= !(v <= kFilterRunawayLimit && v >= -kFilterRunawayLimit);
+  return away;
+}
+
 }  // namespace sablevox

@@ -4,8 +4,10 @@
 // decision (members, stereo, routines) is taken once per call, outside the
 // sample loops.
 #include <algorithm>
+#include <cmath>
 #include <cstdint>
 
+#include "filter/filter_design.h"
 #include "host/adelay.h"
 #include "voice/stack_members.h"
 #include "voice/voice_laws.h"
@@ -77,6 +79,15 @@ void ADelay::renderVoice(int voiceIndex, int sampleCount, float* outLeft, float*
 
   filterRoutine(mixLeft, sampleCount, voice.filterLeft);
   if (stereo) filterRoutine(mixRight, sampleCount, voice.filterRight);
+  // A filter that ran away is cleared and its stretch dropped: a 2.5 ms gap
+  // in one voice instead of a mix poisoned for good.
+  if (filterRanAway(voice.filterLeft) || filterRanAway(voice.filterRight) ||
+      !(std::fabs(mixLeft[sampleCount - 1]) <= kFilterRunawayLimit)) {
+    resetFilter(voice.filterLeft);
+    resetFilter(voice.filterRight);
+    std::fill_n(mixLeft, sampleCount, 0.0f);
+    if (stereo) std::fill_n(mixRight, sampleCount, 0.0f);
+  }
 
   ramp(mixLeft, stereo ? mixRight : nullptr, sampleCount, voice.level, voice.levelStep);
 
