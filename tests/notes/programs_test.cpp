@@ -60,7 +60,7 @@ TEST_F(ProgramsTest, EmptyBankNumbersItsProgramsAndHoldsTheDefaults) {
   engine->loadBank(0);
   EXPECT_EQ(engine->getProgram(), 0);
   EXPECT_TRUE(engine->resetRequested);
-  char expected[8];
+  char expected[16];
   for (int i = 0; i < kNumPrograms; ++i) {
     std::snprintf(expected, sizeof expected, "%03d", i);
     ASSERT_EQ(indexedName(i), expected);
