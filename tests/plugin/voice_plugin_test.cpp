@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "common/isolated_settings.h"
+#include "common/pitch_measure.h"
 #include "host/parameters.h"
 #include "host/vendor_opcodes.h"
 #include "hostlib/plugin.h"
@@ -73,30 +74,11 @@ class VoicePluginTest : public ::testing::Test {
     return l;
   }
 
-  // Rising zero crossings of the signal less its mean, interpolated.
-  static double frequency(const std::vector<float>& x) {
-    double mean = 0.0;
-    for (float v : x) mean += v;
-    mean /= static_cast<double>(x.size());
-    double first = -1.0, last = -1.0;
-    int crossings = 0;
-    for (size_t i = 1; i < x.size(); ++i) {
-      const double a = x[i - 1] - mean, b = x[i] - mean;
-      if (a < 0.0 && b >= 0.0) {
-        const double t = static_cast<double>(i - 1) + a / (a - b);
-        if (first < 0.0) first = t;
-        last = t;
-        ++crossings;
-      }
-    }
-    return crossings > 1 ? (crossings - 1) / (last - first) * kRate : 0.0;
-  }
-
   double playNote69() {
     const MidiMessage on[] = {MidiMessage::noteOn(0, 0, 69, 100)};
     plugin->sendMidi(on);
     render(13230);  // attack and settling
-    return frequency(render(22050));
+    return testing::zeroCrossingFrequency(render(22050), kRate);
   }
 
   testing::IsolatedSettings settings;

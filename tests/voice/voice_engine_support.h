@@ -12,6 +12,7 @@
 #include <thread>
 #include <vector>
 
+#include "common/pitch_measure.h"
 #include "common/test_host.h"
 
 namespace sablevox::testing {
@@ -73,23 +74,8 @@ class VoiceEngineTest : public ::testing::Test {
     return frequency(left, 44100.0);
   }
 
-  // Rising zero crossings of the signal less its mean, interpolated.
   static double frequency(const std::vector<float>& x, double sampleRate) {
-    double mean = 0.0;
-    for (float v : x) mean += v;
-    mean /= static_cast<double>(x.size());
-    double first = -1.0, last = -1.0;
-    int crossings = 0;
-    for (size_t i = 1; i < x.size(); ++i) {
-      const double a = x[i - 1] - mean, b = x[i] - mean;
-      if (a < 0.0 && b >= 0.0) {
-        const double t = static_cast<double>(i - 1) + a / (a - b);
-        if (first < 0.0) first = t;
-        last = t;
-        ++crossings;
-      }
-    }
-    return crossings > 1 ? (crossings - 1) / (last - first) * sampleRate : 0.0;
+    return zeroCrossingFrequency(x, sampleRate);
   }
 
   IsolatedSettings settings;
