@@ -1,0 +1,80 @@
+// Writing the program listing from the parsed bank sources.
+#include "bank_listing.h"
+
+#include <map>
+#include <sstream>
+
+#include "bank_set.h"
+
+namespace sablevox::bankgen {
+namespace {
+
+std::string choiceOf(const SourceProgram& program, int index) {
+  const ParameterInfo& info = parameterInfo(index);
+  return choiceName(index, steppedIndex(program.values[index], info.steps));
+}
+
+// Table cells may not hold a bar; the rhythm names are made of them.
+std::string cell(std::string text) {
+  std::string out;
+  for (char c : text) out += c == '|' ? std::string("\\|") : std::string(1, c);
+  return out;
+}
+
+std::string oscillator(const SourceProgram& program, int wave, int mod) {
+  if (steppedIndex(program.values[wave], 85) == 0) return "-";
+  std::string text = choiceOf(program, wave);
+  if (steppedIndex(program.values[mod], 25) != 0) text += " / " + choiceOf(program, mod);
+  return text;
+}
+
+std::string arpeggio(const SourceProgram& program) {
+  if (steppedIndex(program.values[kArpType], 23) == 0) return "-";
+  return choiceOf(program, kArpType) + " `" + choiceOf(program, kArpRhyt) + "`";
+}
+
+std::string lfo(const SourceProgram& program) {
+  if (steppedIndex(program.values[kLFODest], 9) == 0) return "-";
+  return choiceOf(program, kLFOType) + " > " + choiceOf(program, kLFODest);
+}
+
+}  // namespace
+
+std::string programListing(const std::vector<BankSource>& banks) {
+  std::ostringstream out;
+  out << "# Factory programs\n\n"
+      << "Generated from the bank sources in `data/banks/` by `sablevox_bankgen`; do not edit.\n"
+      << "To regenerate after changing a bank file:\n\n"
+      << "    ninja -C build sablevox_bankgen\n"
+      << "    build/tools/bankgen/sablevox_bankgen --listing docs/programs.md\n\n"
+      << "Numbers are the program numbers a host sends (0 to 127). Osc columns show the\n"
+      << "wave and, after a slash, its modifier; LFO shows shape and destination.\n\n";
+  std::map<std::string, int> categories;
+  for (const BankSource& bank : banks) {
+    for (const SourceProgram& program : bank.programs) ++categories[categoryOf(program.name)];
+  }
+  out << "Categories:";
+  for (const auto& [category, count] : categories) {
+    out << ' ' << (category.empty() ? "(none)" : category) << ' ' << count << ';';
+  }
+  out << "\n";
+  for (size_t b = 0; b < banks.size() && b < std::size(kBankFiles); ++b) {
+    out << "\n## Bank " << b + 1 << ": " << kBankFiles[b].bankName << "\n\n"
+        << "| No. | Name | Cat. | Osc 1 | Osc 2 | Filter | Effect | Arp | LFO |\n"
+        << "|---|---|---|---|---|---|---|---|---|\n";
+    int number = 0;
+    for (const SourceProgram& p : banks[b].programs) {
+      out << "| " << number++ << " | " << cell(p.name) << " | " << categoryOf(p.name) << " | "
+          << cell(oscillator(p, kOsc1Wave, kOsc1Mod)) << " | "
+          << cell(oscillator(p, kOsc2Wave, kOsc2Mod)) << " | " << cell(choiceOf(p, kFiltType))
+          << " | " << cell(choiceOf(p, kEffType)) << " | " << cell(arpeggio(p)) << " | "
+          << cell(lfo(p)) << " |\n";
+    }
+    if (number < kNumPrograms) {
+      out << "\nPlaces " << number << " to " << kNumPrograms - 1 << " are empty.\n";
+    }
+  }
+  return out.str();
+}
+
+}  // namespace sablevox::bankgen
