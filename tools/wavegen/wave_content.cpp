@@ -1,18 +1,23 @@
-// Spectra of the built-in waves.
+// Spectra of the built-in waves: dispatch to the family recipes and
+// normalisation to 16-bit amplitudes.
 //
-// "STA Saw", "STA Pulse" and "STA Sine" (and "off" and "STA Noise", which come
-// from the same sawtooth source and are never played from a table) hold their
-// final content. Every other wave holds a TEMPORARY placeholder of its frame
-// count until the designed spectra replace it: a sawtooth family whose
-// brightness walks over the frames, so that loops and modifiers can be heard
-// and tested. Integer arithmetic only, so the records are the same on every
-// machine.
+// "off", "STA Noise", "STA Saw", "STA Pulse" and "STA Sine" hold exact
+// integer spectra; the spoken waves come from their analysed data; every
+// other wave comes from a recipe in double precision and is scaled so that
+// its largest amplitude over all frames is 65535.
 #include "wave_content.h"
+
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+
+#include "recipes.h"
+#include "spoken_waves.h"
 
 namespace sablevox::wavegen {
 namespace {
 
-constexpr int kHarmonics = 256;
 constexpr int kSingleFrame[] = {0, 1, 2, 3, 4, 5, 6, 7, 59, 60, 61, 62, 63};
 
 // 65535 / k, halves rounded down: 65535, 32767, 21845, 16384, 13107, ...
@@ -20,42 +25,72 @@ uint16_t saw(int k) {
   return static_cast<uint16_t>((2 * 65535 + k - 1) / (2 * k));
 }
 
-void sawFrame(uint16_t* a, bool oddOnly) {
-  for (int k = 1; k <= kHarmonics; ++k) a[k - 1] = (oddOnly && k % 2 == 0) ? 0 : saw(k);
+bool exactFrame(int wave, uint16_t* a) {
+  if (wave < 0 || wave > 4) return false;
+  for (int k = 1; k <= kHarmonics; ++k) {
+    if (wave == 4) {
+      a[k - 1] = k == 1 ? 65535 : 0;
+    } else {
+      a[k - 1] = (wave == 3 && k % 2 == 0) ? 0 : saw(k);
+    }
+  }
+  return true;
 }
 
-// TEMPORARY: single-frame placeholders, four sawtooth variants by index.
-void placeholderSingle(int wave, uint16_t* a) {
-  for (int k = 1; k <= kHarmonics; ++k) {
-    switch (wave % 4) {
-      case 0:
-        a[k - 1] = saw(k);
-        break;
-      case 1:
-        a[k - 1] = k % 2 ? saw(k) : 0;
-        break;
-      case 2:
-        a[k - 1] = static_cast<uint16_t>(65535 / (k * k));
-        break;
-      default:
-        a[k - 1] = k % (2 + wave % 3) ? saw(k) : 0;
-        break;
+Recipe findRecipe(int wave) {
+  for (auto family : {basicRecipes, electronicRecipes, phaseDistortionRecipes, syntheticRecipes,
+                      windRecipes, organRecipes, struckRecipes}) {
+    for (const RecipeEntry& entry : family()) {
+      if (entry.wave == wave) return entry.recipe;
+    }
+  }
+  return nullptr;
+}
+
+// Scales a designed wave to 16 bits, its loudest amplitude becoming 65535.
+// A negative, non-finite or all-zero amplitude set is a recipe fault and
+// stops the generator.
+void normalise(int wave, const Frames& in, int frameCount, Frames& out) {
+  double peak = 0.0;
+  for (int f = 0; f < frameCount; ++f) {
+    for (double a : in[f]) {
+      if (!(a >= 0.0 && a < 1e300)) {
+        std::fprintf(stderr, "wavegen: wave %d has amplitude %g\n", wave, a);
+        std::exit(1);
+      }
+      peak = std::fmax(peak, a);
+    }
+  }
+  if (!(peak > 0.0)) {
+    std::fprintf(stderr, "wavegen: wave %d is silent\n", wave);
+    std::exit(1);
+  }
+  const double scale = 65535.0 / peak;
+  for (int f = 0; f < frameCount; ++f) {
+    for (int h = 0; h < kHarmonics; ++h) {
+      const double v = in[f][h] * scale;
+      out[f][h] = std::floor(std::fmin(v, 65535.0) + 0.5);
     }
   }
 }
 
-// TEMPORARY: a sawtooth (odd harmonics only for odd indices) whose cutoff
-// harmonic rises and falls over the frames at a pace and phase set by the
-// wave index; above the cutoff the harmonics fall off gently.
-void placeholderFrame(int wave, int frame, uint16_t* a) {
-  const int phase = (frame * (1 + wave % 3) + wave * 37) % 512;
-  const int cutoff = 1 + (phase < 256 ? phase : 511 - phase);
-  for (int k = 1; k <= kHarmonics; ++k) {
-    int v = saw(k);
-    if (k > cutoff) v = v * 16 / (16 + k - cutoff);
-    if (wave % 2 == 1 && k % 2 == 0) v = 0;
-    a[k - 1] = static_cast<uint16_t>(v);
+// The generator asks for frames in order, wave by wave: one designed wave is
+// kept at a time.
+struct DesignedWave {
+  int wave = -1;
+  Frames raw{};
+  Frames words{};
+};
+
+const Frames& designedWave(int wave) {
+  static const std::unique_ptr<DesignedWave> cache = std::make_unique<DesignedWave>();
+  if (cache->wave != wave) {
+    for (Spectrum& s : cache->raw) s.fill(0.0);
+    if (const Recipe recipe = findRecipe(wave)) recipe(cache->raw);
+    normalise(wave, cache->raw, waveFrameCount(wave), cache->words);
+    cache->wave = wave;
   }
+  return cache->words;
 }
 
 }  // namespace
@@ -68,26 +103,9 @@ int waveFrameCount(int wave) {
 }
 
 void waveFrame(int wave, int frame, uint16_t* amplitudes) {
-  switch (wave) {
-    case 0:
-    case 1:
-    case 2:
-      sawFrame(amplitudes, false);
-      return;
-    case 3:
-      sawFrame(amplitudes, true);
-      return;
-    case 4:
-      for (int h = 0; h < kHarmonics; ++h) amplitudes[h] = h == 0 ? 65535 : 0;
-      return;
-    default:
-      break;
-  }
-  if (waveFrameCount(wave) == 1) {
-    placeholderSingle(wave, amplitudes);
-  } else {
-    placeholderFrame(wave, frame, amplitudes);
-  }
+  if (spokenWaveFrame(wave, frame, amplitudes) || exactFrame(wave, amplitudes)) return;
+  const Spectrum& s = designedWave(wave)[frame];
+  for (int h = 0; h < kHarmonics; ++h) amplitudes[h] = static_cast<uint16_t>(s[h]);
 }
 
 }  // namespace sablevox::wavegen
