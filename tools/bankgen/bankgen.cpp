@@ -76,7 +76,13 @@ int run(int argc, char** argv) {
   }
   std::vector<std::string> errors;
   const std::vector<BankSource> banks = loadBanks(folder, errors);
-  for (const std::string& error : errors) std::fprintf(stderr, "%s: error\n", error.c_str());
+  // "file:line: error: message", as a compiler says it.
+  for (const std::string& error : errors) {
+    const size_t colon = error.find(": ");
+    const std::string where = colon == std::string::npos ? "" : error.substr(0, colon);
+    const std::string what = colon == std::string::npos ? error : error.substr(colon + 2);
+    std::fprintf(stderr, "%s: error: %s\n", where.c_str(), what.c_str());
+  }
   if (!errors.empty()) return 1;
   const std::string text = listing ? programListing(banks) : dataSource(buildRecords(banks));
   if (!writeFile(output, text)) {
