@@ -5,6 +5,7 @@
 #include <array>
 
 #include "effects/effect_common.h"
+#include "effects/large_block.h"
 
 namespace sablevox {
 
@@ -16,6 +17,8 @@ class Chorus {
   static constexpr int kLineLength = 32768;
 
   Chorus() = default;
+  // Megabytes of lines: cheap to fault in at construction on huge pages.
+  SABLEVOX_LARGE_BLOCK_OPERATORS
   Chorus(const Chorus&) = delete;
   Chorus& operator=(const Chorus&) = delete;
 

@@ -5,6 +5,7 @@
 #include <array>
 
 #include "effects/effect_common.h"
+#include "effects/large_block.h"
 
 namespace sablevox {
 
@@ -16,6 +17,8 @@ class Delay {
   static constexpr int kLineLength = 131072;
 
   Delay() = default;
+  // Megabytes of lines: cheap to fault in at construction on huge pages.
+  SABLEVOX_LARGE_BLOCK_OPERATORS
   Delay(const Delay&) = delete;
   Delay& operator=(const Delay&) = delete;
 

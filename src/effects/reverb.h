@@ -6,6 +6,7 @@
 #include <array>
 
 #include "effects/effect_common.h"
+#include "effects/large_block.h"
 
 namespace sablevox {
 
@@ -22,6 +23,8 @@ class Reverb {
   static constexpr int kSectionCount = 16;  // lines 0..7 left, 8..15 right
 
   Reverb() = default;
+  // Megabytes of lines: cheap to fault in at construction on huge pages.
+  SABLEVOX_LARGE_BLOCK_OPERATORS
   Reverb(const Reverb&) = delete;
   Reverb& operator=(const Reverb&) = delete;
 
