@@ -132,11 +132,14 @@ Audio drumLoop(int pattern) {
 }
 
 std::vector<HarmonicFrame> analyseDrumLoop(const Audio& bar, double fRef) {
+  // 23 ms, centred a quarter of that after the frame's moment: a frame is
+  // heard from its moment on, so a hit right there belongs to it in full.
+  constexpr int kWindow = 1024;
   std::vector<HarmonicFrame> frames;
   const double length = static_cast<double>(bar.samples.size());
   for (int f = 0; f < kFrames; ++f) {
-    frames.push_back(
-        bandHarmonics(bar.samples, bar.sampleRate, length * f / (kFrames - 1), fRef, 1024, true));
+    const double center = length * f / (kFrames - 1) + kWindow / 4;
+    frames.push_back(bandHarmonics(bar.samples, bar.sampleRate, center, fRef, kWindow, true));
   }
   return frames;
 }

@@ -18,8 +18,8 @@ constexpr double kDrumTempo = 120.0;  // one bar of 4/4 lasts 2 s
 Audio drumLoop(int pattern);
 
 // Frame i of 256 at i/255 of the bar (frame 255 meets frame 0 of the next
-// pass), band power at the multiples of fRef in a 23 ms window, read around
-// the loop's end.
+// pass), band power at the multiples of fRef in a 23 ms window that starts
+// shortly before it, read around the loop's end.
 std::vector<HarmonicFrame> analyseDrumLoop(const Audio& bar, double fRef);
 
 }  // namespace sablevox::voicegen

@@ -6,9 +6,17 @@
 //   sablevox_voicegen drums N OUT.spk [BAR.wav]        drum loop N = 1..4
 //   sablevox_voicegen midi OUT.mid NOTE SECONDS        one held note
 //   sablevox_voicegen compare SOURCE.wav RENDER.wav SECONDS
+//   sablevox_voicegen resynth DATA.spk OUT.wav SECONDS [F0]   plain additive check
+//                                                      (F0 default 65.4 Hz, as C3 plays)
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
+#include <iterator>
+#include <numbers>
 #include <string>
 #include <vector>
 
@@ -17,13 +25,14 @@
 #include "envelope_compare.h"
 #include "speech_analysis.h"
 #include "spoken_file.h"
+#include "wavegen/spoken_waves.h"
 
 namespace sablevox::voicegen {
 namespace {
 
-// The phrases are read at C3 (played as C4 an octave down, as their rows
-// say), the drum loops an octave lower, so that harmonic 256 still lies near
-// 17 kHz in a loop played at C3.
+// A note C3 (MIDI 60, 130.8 Hz here) plays these waves an octave down, at
+// 65.4 Hz. The drum loops are read at that pitch; the phrases at the pitch of
+// the voice, twice that, and stored at stride 2, so C3 keeps their formants.
 constexpr double kSpeechF0 = 130.8128;
 constexpr double kDrumF0 = 65.4064;
 
@@ -36,9 +45,9 @@ int usage() {
   return 2;
 }
 
-int write(const std::string& path, const std::vector<HarmonicFrame>& frames) {
+int write(const std::string& path, const std::vector<HarmonicFrame>& frames, int stride) {
   SpokenFileStats stats;
-  if (!writeSpokenFile(path, frames, stats)) {
+  if (!writeSpokenFile(path, frames, stride, stats)) {
     std::fprintf(stderr, "voicegen: cannot write %s\n", path.c_str());
     return 1;
   }
@@ -57,7 +66,7 @@ int speech(const std::string& source, const std::string& out, double f0) {
       "%s: %.3f s of sound, median f0 %.1f Hz (voiced frames %.1f-%.1f), %d of %d frames voiced,",
       out.c_str(), (a.span.end - a.span.start) / audio.sampleRate, a.medianF0, a.f0Low, a.f0High,
       a.voicedFrames, kFrames);
-  return write(out, a.frames);
+  return write(out, a.frames, 2);
 }
 
 int drums(int pattern, const std::string& out, const char* wav) {
@@ -67,7 +76,7 @@ int drums(int pattern, const std::string& out, const char* wav) {
     return 1;
   }
   std::printf("%s: drum loop %d,", out.c_str(), pattern);
-  return write(out, analyseDrumLoop(bar, kDrumF0));
+  return write(out, analyseDrumLoop(bar, kDrumF0), 1);
 }
 
 void putVariable(std::vector<unsigned char>& bytes, unsigned value) {
@@ -108,10 +117,44 @@ int compare(const std::string& sourcePath, const std::string& renderPath, double
                  renderPath.c_str());
     return 1;
   }
-  const std::vector<double> a = melEnvelope(source, soundSpan(source, -40.0));
+  const std::vector<double> a = melEnvelope(source, phraseSpan(source));
   const std::vector<double> b = melEnvelope(render, Span{0.0, seconds * render.sampleRate});
   std::printf("correlation %.3f reversed %.3f\n", pearson(a, b), pearson(a, reversedInTime(b)));
   return 0;
+}
+
+// Sines at the multiples of f0 whose amplitudes glide from frame to frame
+// over SECONDS: what the data holds, without the synthesizer's tables.
+int resynth(const std::string& dataPath, const std::string& out, double seconds, double f0) {
+  std::ifstream in(dataPath, std::ios::binary);
+  const std::vector<unsigned char> bytes((std::istreambuf_iterator<char>(in)),
+                                         std::istreambuf_iterator<char>());
+  if (bytes.size() < wavegen::kSpokenHeaderBytes) return 1;
+  const int harmonics = bytes[4] | bytes[5] << 8;
+  if (bytes.size() != wavegen::kSpokenHeaderBytes + static_cast<size_t>(kFrames * harmonics)) {
+    return 1;
+  }
+  std::vector<std::array<uint16_t, kHarmonics>> frames(kFrames);
+  for (int f = 0; f < kFrames; ++f) {
+    wavegen::spokenFrame(bytes.data() + wavegen::kSpokenHeaderBytes + f * harmonics, harmonics,
+                         bytes[6], frames[static_cast<size_t>(f)].data());
+  }
+  Audio audio;
+  audio.sampleRate = 44100.0;
+  const size_t length = static_cast<size_t>(seconds * audio.sampleRate);
+  audio.samples.assign(length, 0.0);
+  for (int k = 1; k <= kHarmonics && k * f0 < 0.5 * audio.sampleRate; ++k) {
+    const double step = 2.0 * std::numbers::pi * k * f0 / audio.sampleRate;
+    for (size_t n = 0; n < length; ++n) {
+      const double position = static_cast<double>(n) / static_cast<double>(length) * (kFrames - 1);
+      const int f = std::min(kFrames - 2, static_cast<int>(position));
+      const double t = position - f, a = frames[static_cast<size_t>(f)][static_cast<size_t>(k - 1)],
+                   b = frames[static_cast<size_t>(f + 1)][static_cast<size_t>(k - 1)];
+      audio.samples[n] +=
+          ((1.0 - t) * a + t * b) / 65535.0 * 0.05 * std::sin(step * static_cast<double>(n));
+    }
+  }
+  return writeAudio(out, audio) ? 0 : 1;
 }
 
 }  // namespace
@@ -133,6 +176,10 @@ int main(int argc, char** argv) {
   }
   if (args.size() == 4 && args[0] == "compare") {
     return compare(args[1], args[2], std::atof(args[3].c_str()));
+  }
+  if (args.size() >= 4 && args[0] == "resynth") {
+    return resynth(args[1], args[2], std::atof(args[3].c_str()),
+                   args.size() > 4 ? std::atof(args[4].c_str()) : kDrumF0);
   }
   return usage();
 }

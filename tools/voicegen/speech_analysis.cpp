@@ -48,13 +48,20 @@ Span soundSpan(const Audio& audio, double thresholdDb) {
   return span;
 }
 
+Span phraseSpan(const Audio& audio) {
+  Span span = soundSpan(audio, -40.0);
+  span.start = std::max(0.0, span.start - 0.01 * audio.sampleRate);
+  span.end += 0.06 * audio.sampleRate;
+  return span;
+}
+
 double frameTime(const Span& span, int frame) {
   return span.start + (span.end - span.start) * frame / (kFrames - 1);
 }
 
 SpeechAnalysis analyseSpeech(const Audio& audio, double fRef) {
   SpeechAnalysis result;
-  result.span = soundSpan(audio, -40.0);
+  result.span = phraseSpan(audio);
   const std::vector<double>& x = audio.samples;
   const double sr = audio.sampleRate;
   // The pitch of the phrase first, over its clearly periodic stretches; each

@@ -20,6 +20,11 @@ struct Span {
 // `thresholdDb` of the loudest one.
 Span soundSpan(const Audio& audio, double thresholdDb);
 
+// The stretch a phrase's frames cover: its sound (within 40 dB of the
+// loudest), from 10 ms before to 60 ms after, so that the last frame, which
+// "+ stop" holds after the phrase, has died away.
+Span phraseSpan(const Audio& audio);
+
 // Time of frame i (0..255) in a span: frame 0 at its start, frame 255 at its
 // end, as "+ stop" walks the frames.
 double frameTime(const Span& span, int frame);

@@ -10,7 +10,7 @@
 
 namespace sablevox::voicegen {
 
-bool writeSpokenFile(const std::string& path, const std::vector<HarmonicFrame>& frames,
+bool writeSpokenFile(const std::string& path, const std::vector<HarmonicFrame>& frames, int stride,
                      SpokenFileStats& stats) {
   using namespace sablevox::wavegen;
   if (frames.size() != static_cast<size_t>(kSpokenFrames)) return false;
@@ -32,9 +32,9 @@ bool writeSpokenFile(const std::string& path, const std::vector<HarmonicFrame>& 
   }
   std::ofstream out(path, std::ios::binary);
   out.write(kSpokenMagic, 4);
-  const char count[2] = {static_cast<char>(stats.harmonics & 0xff),
-                         static_cast<char>(stats.harmonics >> 8)};
-  out.write(count, 2);
+  const char header[4] = {static_cast<char>(stats.harmonics & 0xff),
+                          static_cast<char>(stats.harmonics >> 8), static_cast<char>(stride), 0};
+  out.write(header, 4);
   for (int f = 0; f < kSpokenFrames; ++f) {
     out.write(
         reinterpret_cast<const char*>(codes.data()) + static_cast<size_t>(f) * kSpokenMaxHarmonics,

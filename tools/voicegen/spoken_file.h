@@ -15,8 +15,9 @@ struct SpokenFileStats {
 };
 
 // Normalises the frames so that their largest amplitude is full scale, codes
-// them and writes the file. False when it cannot be written or all is silent.
-bool writeSpokenFile(const std::string& path, const std::vector<HarmonicFrame>& frames,
+// them and writes the file; frame harmonic j becomes harmonic j * stride of
+// the wave. False when it cannot be written or all is silent.
+bool writeSpokenFile(const std::string& path, const std::vector<HarmonicFrame>& frames, int stride,
                      SpokenFileStats& stats);
 
 }  // namespace sablevox::voicegen

@@ -22,6 +22,7 @@ namespace {
 
 struct SpokenData {
   int harmonics = 0;
+  int stride = 1;
   std::vector<uint8_t> codes;  // kSpokenFrames * harmonics
 };
 
@@ -46,15 +47,18 @@ SpokenData load(int wave) {
   if (!in) fail(path, "cannot open");
   const std::vector<uint8_t> bytes((std::istreambuf_iterator<char>(in)),
                                    std::istreambuf_iterator<char>());
-  if (bytes.size() < 6 || std::memcmp(bytes.data(), kSpokenMagic, 4) != 0)
+  if (bytes.size() < kSpokenHeaderBytes || std::memcmp(bytes.data(), kSpokenMagic, 4) != 0) {
     fail(path, "not a spoken-wave file");
+  }
   SpokenData data;
   data.harmonics = bytes[4] | bytes[5] << 8;
-  if (data.harmonics < 1 || data.harmonics > kSpokenMaxHarmonics ||
-      bytes.size() != 6 + static_cast<size_t>(kSpokenFrames) * data.harmonics) {
-    fail(path, "wrong size");
+  data.stride = bytes[6];
+  if (data.harmonics < 1 || data.harmonics > kSpokenMaxHarmonics || data.stride < 1 ||
+      data.stride > 2 ||
+      bytes.size() != kSpokenHeaderBytes + static_cast<size_t>(kSpokenFrames) * data.harmonics) {
+    fail(path, "wrong size or layout");
   }
-  data.codes.assign(bytes.begin() + 6, bytes.end());
+  data.codes.assign(bytes.begin() + kSpokenHeaderBytes, bytes.end());
   return data;
 }
 
@@ -67,10 +71,8 @@ bool spokenWaveFrame(int wave, int frame, uint16_t* amplitudes) {
   if (found == cache.end()) found = cache.emplace(wave, load(wave)).first;
   const SpokenData& data = found->second;
   const int f = frame < 0 ? 0 : (frame >= kSpokenFrames ? kSpokenFrames - 1 : frame);
-  const uint8_t* codes = data.codes.data() + static_cast<size_t>(f) * data.harmonics;
-  for (int h = 0; h < kSpokenMaxHarmonics; ++h) {
-    amplitudes[h] = h < data.harmonics ? spokenAmplitude(codes[h]) : 0;
-  }
+  spokenFrame(data.codes.data() + static_cast<size_t>(f) * data.harmonics, data.harmonics,
+              data.stride, amplitudes);
   return true;
 }
 
