@@ -13,8 +13,11 @@ namespace sablevox {
 
 VstInt32 ADelay::processEvents(VstEvents* events) {
   if (events == nullptr) return 1;
+  // The list is numEvents long, though the interface declares two: index it
+  // through a pointer, not the declared array.
+  VstEvent* const* list = events->events;
   for (VstInt32 i = 0; i < events->numEvents; ++i) {
-    const VstEvent* event = events->events[i];
+    const VstEvent* event = list[i];
     if (event == nullptr || event->type != kVstMidiType) continue;
     const auto* midi = reinterpret_cast<const VstMidiEvent*>(event);
     // The first free slot; with none free, slot 0 loses its event. There is
