@@ -2,7 +2,8 @@
 // Cost of one voice per sample, for each quality and Fat mode: two
 // oscillators on 256-frame waves, no filter, no LFO; one iteration is one
 // control tick (the voice tick and 110 samples of render at 44100 Hz),
-// with the drive stage on.
+// with the drive stage on. Also each drive stage alone, and the control
+// work of one tick for 32 sounding voices (global tick and 32 voice ticks).
 #include <benchmark/benchmark.h>
 #include <stdlib.h>
 
@@ -13,6 +14,7 @@
 #include <vector>
 
 #include "host/adelay.h"
+#include "voice/output_stage.h"
 
 namespace sablevox {
 namespace {
@@ -23,12 +25,15 @@ VstIntPtr hostCallback(AEffect*, VstInt32 opcode, VstInt32, VstIntPtr, void*, fl
   return opcode == audioMasterVersion ? 2400 : 0;
 }
 
-// One engine for all runs, with its settings in a folder of its own and the
-// tables of "EL PWM" and "EL Multisaw" built.
-ADelayEdit& engine() {
-  static std::unique_ptr<ADelayEdit> instance = [] {
+// An engine with its settings in a folder of its own, the tables of
+// "EL PWM" and "EL Multisaw" built, and `notes` held notes.
+std::unique_ptr<ADelayEdit> makeEngine(int notes) {
+  static const bool isolated = [] {
     static char folder[] = "/tmp/sablevox-bench-XXXXXX";
-    if (mkdtemp(folder) != nullptr) setenv("XDG_CONFIG_HOME", folder, 1);
+    return mkdtemp(folder) != nullptr && setenv("XDG_CONFIG_HOME", folder, 1) == 0;
+  }();
+  (void)isolated;
+  {
     auto e = std::make_unique<ADelayEdit>(hostCallback);
     e->setSampleRate(44100.0f);
     const struct {
@@ -57,10 +62,20 @@ ADelayEdit& engine() {
       std::this_thread::sleep_for(std::chrono::milliseconds(5));
     }
     e->processReplacing(nullptr, outputs, kTick);
-    e->noteOn(60, 100);
+    for (int n = 0; n < notes; ++n) e->noteOn(36 + 2 * n, 100);
     return e;
-  }();
+  }
+}
+
+ADelayEdit& engine() {
+  static std::unique_ptr<ADelayEdit> instance = makeEngine(1);
   return *instance;
+}
+
+void perSample(benchmark::State& state, int samples) {
+  state.counters["per_sample"] =
+      benchmark::Counter(static_cast<double>(state.iterations()) * samples,
+                         benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
 }
 
 void voiceCost(benchmark::State& state) {
@@ -82,14 +97,48 @@ void voiceCost(benchmark::State& state) {
     benchmark::DoNotOptimize(left.data());
     benchmark::ClobberMemory();
   }
-  state.counters["per_sample"] =
-      benchmark::Counter(static_cast<double>(state.iterations()) * kTick,
-                         benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
+  perSample(state, kTick);
   const char* const names[4] = {"ultra", "high", "medium", "low"};
   state.SetLabel(std::string(names[quality]) + " fatMode " + std::to_string(e.fatMode));
 }
 
 BENCHMARK(voiceCost)->ArgsProduct({{0, 1, 2, 3}, {0, 1, 2}})->ArgNames({"quality", "fat"});
+
+// One drive stage on a tick of a loud sawtooth, Drive 0.6, state carried on.
+template <auto stage>
+void driveStage(benchmark::State& state) {
+  std::vector<float> source(kTick), buffer(kTick);
+  for (int i = 0; i < kTick; ++i) source[i] = static_cast<float>(i % 50) * 600.0f - 15000.0f;
+  float memory = 0.0f;
+  for (auto _ : state) {
+    std::copy(source.begin(), source.end(), buffer.begin());
+    stage(buffer.data(), kTick, 0.004f, 249.99998f, 0.6f, memory);
+    benchmark::DoNotOptimize(buffer.data());
+  }
+  perSample(state, kTick);
+}
+BENCHMARK(driveStage<drivePlain>)->Name("drivePlain");
+BENCHMARK(driveStage<driveOversampled2>)->Name("driveOversampled2");
+BENCHMARK(driveStage<driveOversampled8>)->Name("driveOversampled8");
+
+// The control work of one tick with 32 sounding voices, without the render.
+void controlTick32(benchmark::State& state) {
+  static std::unique_ptr<ADelayEdit> e = makeEngine(32);
+  e->slowRefresh();
+  int sounding = 0;
+  for (const Voice& v : e->voices) sounding += v.ampState != kEnvIdle;
+  if (e->activeVoices != 32 || sounding != 32) {
+    state.SkipWithError("32 voices are not sounding");
+    return;
+  }
+  for (auto _ : state) {
+    e->globalTick(kTick);
+    for (int v = 0; v < 32; ++v) e->voiceTick(v);
+    benchmark::ClobberMemory();
+  }
+  state.SetLabel("per iteration: one tick of 32 voices");
+}
+BENCHMARK(controlTick32);
 
 }  // namespace
 }  // namespace sablevox
