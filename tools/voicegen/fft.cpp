@@ -16,12 +16,15 @@ void fft(std::vector<std::complex<double>>& data) {
     if (i < j) std::swap(data[i], data[j]);
   }
   for (size_t len = 2; len <= n; len <<= 1) {
+    // Twiddles of this stage once, in double precision, shared by its blocks.
+    std::vector<std::complex<double>> twiddle(len / 2);
     const double angle = -2.0 * std::numbers::pi / static_cast<double>(len);
+    for (size_t k = 0; k < len / 2; ++k)
+      twiddle[k] = std::polar(1.0, angle * static_cast<double>(k));
     for (size_t i = 0; i < n; i += len) {
       for (size_t k = 0; k < len / 2; ++k) {
-        const std::complex<double> w = std::polar(1.0, angle * static_cast<double>(k));
         const std::complex<double> a = data[i + k];
-        const std::complex<double> b = data[i + k + len / 2] * w;
+        const std::complex<double> b = data[i + k + len / 2] * twiddle[k];
         data[i + k] = a + b;
         data[i + k + len / 2] = a - b;
       }

@@ -44,6 +44,16 @@ Pitch pitchAt(const std::vector<double>& x, double sampleRate, double center, do
   for (int lag = minLag; lag <= maxLag; ++lag) {
     if (r[static_cast<size_t>(lag)] > r[static_cast<size_t>(best)]) best = lag;
   }
+  // Two or three periods correlate about as well as one: take the shortest
+  // peak that comes close to the best.
+  for (int lag = minLag; lag < best; ++lag) {
+    const double v = r[static_cast<size_t>(lag)];
+    if (v >= 0.9 * r[static_cast<size_t>(best)] && v >= r[static_cast<size_t>(lag - 1)] &&
+        v >= r[static_cast<size_t>(lag + 1)]) {
+      best = lag;
+      break;
+    }
+  }
   const double a = r[static_cast<size_t>(best - 1)], b = r[static_cast<size_t>(best)],
                c = r[static_cast<size_t>(best + 1)];
   const double bend = a - 2.0 * b + c;
@@ -56,15 +66,18 @@ HarmonicFrame voicedHarmonics(const std::vector<double>& x, double sampleRate, d
   const int length = std::max(4, static_cast<int>(std::lround(2.0 * sampleRate / f0)));
   const long start = static_cast<long>(std::lround(center)) - length / 2;
   double windowSum = 0.0;
-  for (int n = 0; n < length; ++n) windowSum += hann(n, length);
+  std::vector<double> windowed(static_cast<size_t>(length));
+  for (int n = 0; n < length; ++n) {
+    windowSum += hann(n, length);
+    windowed[static_cast<size_t>(n)] = sampleAt(x, start + n) * hann(n, length);
+  }
   // Envelope points: (frequency, amplitude) at 0 Hz and each local harmonic.
   std::vector<double> freq{0.0}, amp{0.0};
   for (int k = 1; k * f0 < 0.5 * sampleRate; ++k) {
     const double w = 2.0 * std::numbers::pi * k * f0 / sampleRate;
     std::complex<double> sum = 0.0;
-    for (int n = 0; n < length; ++n) {
-      sum += sampleAt(x, start + n) * hann(n, length) * std::polar(1.0, -w * n);
-    }
+    for (int n = 0; n < length; ++n)
+      sum += windowed[static_cast<size_t>(n)] * std::polar(1.0, -w * n);
     freq.push_back(k * f0);
     amp.push_back(2.0 * std::abs(sum) / windowSum);
   }

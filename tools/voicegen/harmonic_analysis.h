@@ -17,7 +17,9 @@ struct Pitch {
 
 // The strongest period between 1/maxHz and 1/minHz of the stretch around
 // `center` (in samples), by normalised autocorrelation over 2.5 of the
-// longest periods, refined between lags by a parabola.
+// longest periods, refined between lags by a parabola. Of lags that
+// correlate within 10 % of the best, the shortest peak wins, so a multiple of
+// the period is not taken for it.
 Pitch pitchAt(const std::vector<double>& x, double sampleRate, double center, double minHz,
               double maxHz);
 
