@@ -48,10 +48,10 @@ void pulse12(Frames& f) {
   fillSingle(f, [](int k) { return pulseHarmonic(k, 0.125); });
 }
 
-// A sawtooth with a copy one eighth of a period later: notches at harmonics
-// 4, 12, 20, ... and peaks at the multiples of 8.
+// A bright ramp with a copy one eighth of a period later: notches at
+// harmonics 4, 12, 20, ... and peaks at the multiples of 8.
 void comb2(Frames& f) {
-  fillSingle(f, [](int k) { return sawHarmonic(k) * combFeedForward(k, 0.125, 1.0); });
+  fillSingle(f, [](int k) { return detPow(k, -0.6) * combFeedForward(k, 0.125, 1.0); });
 }
 
 // A sawtooth with its middle scooped out (about harmonics 4 to 16): a strong

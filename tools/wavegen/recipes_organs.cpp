@@ -22,10 +22,10 @@ void drawbars(const char* setting, Spectrum& s, double gain) {
   }
 }
 
-// A walk through classic registrations, crossfaded.
+// A walk through registrations around a full 8' bar, crossfaded.
 void hammond(Frames& f) {
-  constexpr const char* kSettings[] = {"888000000", "888800000", "868000400", "888888888",
-                                       "800000888"};
+  constexpr const char* kSettings[] = {"658000000", "668400000", "648000300", "608000005",
+                                       "408000656"};
   for (int frame = 0; frame < kFrames; ++frame) {
     const double x = frameTime(frame) * 4.0;
     const int i = x >= 4.0 ? 3 : static_cast<int>(x);
@@ -52,7 +52,7 @@ void clicks(Frames& f) {
 void tremolo(Frames& f) {
   for (int frame = 0; frame < kFrames; ++frame) {
     const double swell = smoothStep(frameTime(frame));
-    drawbars("808000004", f[frame], 0.35 + 0.65 * swell);
+    drawbars("888808808", f[frame], 0.35 + 0.65 * swell);
     f[frame][15] *= 0.5 + 0.5 * swell;
   }
 }

@@ -132,7 +132,7 @@ void bell(Frames& f) {
 // beating between the split modes.
 void bowl(Frames& f) {
   static constexpr Mode kModes[] = {
-      {2, 1.0, 0.9, 1.5, 0.3},   {5, 0.7, 1.6, 2.5, 0.3},   {10, 0.45, 2.6, 3.5, 0.25},
+      {2, 1.0, 0.9, 1.5, 0.1},   {5, 0.7, 1.6, 2.0, 0.12},  {10, 0.45, 2.6, 2.5, 0.12},
       {16, 0.25, 4.0, 0.0, 0.0}, {23, 0.12, 6.0, 0.0, 0.0},
   };
   struck(f, kModes, 0.15);

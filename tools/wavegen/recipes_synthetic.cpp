@@ -150,10 +150,10 @@ void platine(Frames& f) {
   for (int p = 0; p < 10; ++p) {
     const double rate = random.range(0.5, 3.5);
     const double phase = random.uniform();
-    const double weight = detPow(kPartials[p], -0.4);
+    const double weight = detPow(kPartials[p], -0.15);
     for (int frame = 0; frame < kFrames; ++frame) {
       const double c = 0.5 + 0.5 * detCos(2.0 * kPi * (rate * frameTime(frame) + phase));
-      f[frame][kPartials[p] - 1] = weight * (0.1 + c * c);
+      f[frame][kPartials[p] - 1] = weight * (0.25 + c);
     }
   }
 }
@@ -215,7 +215,7 @@ void electro2(Frames& f) {
   auto draw = [&random](Spectrum& s) {
     for (int k = 1; k <= kHarmonics; ++k) {
       const double r = random.uniform();
-      s[static_cast<size_t>(k - 1)] = r * r * r * r * detPow(k, -0.5) * lowpass(k, 40.0, 3);
+      s[static_cast<size_t>(k - 1)] = r * r * detPow(k, -0.5) * lowpass(k, 40.0, 3);
     }
   };
   draw(to);

@@ -53,7 +53,7 @@ void sax(Frames& f) {
   fillFrames(f, [](double t, int k) {
     const double level = crescendo(t);
     const double hz = 130.8 * k;
-    const double tilt = 0.9 - 0.75 * level;
+    const double tilt = 0.9 - 0.55 * level;
     return level * detExp(-tilt * detLog2(k) * 2.0) *
            (0.3 + 0.5 * formant(hz, 600.0, 400.0) + 0.4 * formant(hz, 1700.0, 700.0)) *
            lowpass(hz, 6000.0, 2);
@@ -79,7 +79,7 @@ void didge(Frames& f) {
     const double centre = 2.6 + 1.7 * (0.5 - 0.5 * detCos(2.0 * kPi * 1.5 * t));
     const double octaves = (detLog2(k) - centre) / 0.3;
     const double tube = k % 2 ? 1.0 : 0.45;
-    return detPow(k, -0.9) * tube * (0.35 + 2.5 * detExp(-0.5 * octaves * octaves));
+    return detPow(k, -1.3) * tube * (0.6 + 1.5 * detExp(-0.5 * octaves * octaves));
   });
 }
 
