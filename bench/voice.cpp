@@ -121,6 +121,25 @@ BENCHMARK(driveStage<drivePlain>)->Name("drivePlain");
 BENCHMARK(driveStage<driveOversampled2>)->Name("driveOversampled2");
 BENCHMARK(driveStage<driveOversampled8>)->Name("driveOversampled8");
 
+// Both channels of a stereo voice in one pass: ns per sample and channel.
+template <auto stage>
+void driveStereo(benchmark::State& state) {
+  std::vector<float> source(kTick), left(kTick), right(kTick);
+  for (int i = 0; i < kTick; ++i) source[i] = static_cast<float>(i % 50) * 600.0f - 15000.0f;
+  float memory[2] = {0.0f, 0.0f};
+  const StereoOutputStage both = stereoOutputStage(stage);
+  for (auto _ : state) {
+    std::copy(source.begin(), source.end(), left.begin());
+    std::copy(source.rbegin(), source.rend(), right.begin());
+    both(left.data(), right.data(), kTick, 0.004f, 249.99998f, 0.6f, memory[0], memory[1]);
+    benchmark::DoNotOptimize(left.data());
+    benchmark::DoNotOptimize(right.data());
+  }
+  perSample(state, 2 * kTick);
+}
+BENCHMARK(driveStereo<driveOversampled2>)->Name("driveOversampled2/stereo");
+BENCHMARK(driveStereo<driveOversampled8>)->Name("driveOversampled8/stereo");
+
 // The control work of one tick with 32 sounding voices, without the render.
 void controlTick32(benchmark::State& state) {
   static std::unique_ptr<ADelayEdit> e = makeEngine(32);

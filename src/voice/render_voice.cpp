@@ -9,6 +9,7 @@
 
 #include "filter/filter_design.h"
 #include "host/adelay.h"
+#include "voice/output_stage.h"
 #include "voice/stack_members.h"
 #include "voice/voice_laws.h"
 
@@ -92,8 +93,18 @@ void ADelay::renderVoice(int voiceIndex, int sampleCount, float* outLeft, float*
   ramp(mixLeft, stereo ? mixRight : nullptr, sampleCount, voice.level, voice.levelStep);
 
   const float drive = unitValue(params[kDrive]);
-  outputStage(mixLeft, sampleCount, driveLow, driveHigh, drive, voice.outputState[0]);
-  if (stereo) outputStage(mixRight, sampleCount, driveLow, driveHigh, drive, voice.outputState[1]);
+  // Both channels of a stereo voice in one pass where the stage has one: two
+  // independent chains overlap their latencies.
+  const StereoOutputStage stereoStage = stereo ? stereoOutputStage(outputStage) : nullptr;
+  if (stereoStage != nullptr) {
+    stereoStage(mixLeft, mixRight, sampleCount, driveLow, driveHigh, drive, voice.outputState[0],
+                voice.outputState[1]);
+  } else {
+    outputStage(mixLeft, sampleCount, driveLow, driveHigh, drive, voice.outputState[0]);
+    if (stereo) {
+      outputStage(mixRight, sampleCount, driveLow, driveHigh, drive, voice.outputState[1]);
+    }
+  }
 
   addScaled(outLeft + offset, mixLeft, sampleCount, voice.panLeft);
   addScaled(outRight + offset, stereo ? mixRight : mixLeft, sampleCount, voice.panRight);
