@@ -32,13 +32,17 @@ void fft(std::vector<std::complex<double>>& data) {
   }
 }
 
+double hann(int n, int length) {
+  return 0.5 - 0.5 * std::cos(2.0 * std::numbers::pi * (n + 0.5) / length);
+}
+
 std::vector<double> hannPowerSpectrum(const std::vector<double>& signal, long start, int length,
                                       int size, bool circular, double& windowEnergy) {
   std::vector<std::complex<double>> buffer(static_cast<size_t>(size));
   const long count = static_cast<long>(signal.size());
   windowEnergy = 0.0;
   for (int n = 0; n < length && n < size; ++n) {
-    const double w = 0.5 - 0.5 * std::cos(2.0 * std::numbers::pi * (n + 0.5) / length);
+    const double w = hann(n, length);
     windowEnergy += w * w;
     long at = start + n;
     if (circular && count > 0) at = ((at % count) + count) % count;

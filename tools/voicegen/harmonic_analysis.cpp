@@ -16,10 +16,6 @@ double sampleAt(const std::vector<double>& x, long i) {
   return i >= 0 && i < static_cast<long>(x.size()) ? x[static_cast<size_t>(i)] : 0.0;
 }
 
-double hann(int n, int length) {
-  return 0.5 - 0.5 * std::cos(2.0 * std::numbers::pi * (n + 0.5) / length);
-}
-
 }  // namespace
 
 Pitch pitchAt(const std::vector<double>& x, double sampleRate, double center, double minHz,
