@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "filter/filter_design.h"
+#include "filter/filter_routine.h"
 #include "filter/filter_types.h"
 
 namespace sablevox {
@@ -30,6 +31,33 @@ void benchFilterType(benchmark::State& bench, int step, bool silent) {
   bench.SetItemsProcessed(bench.iterations() * kTick);
   bench.counters["ns_per_sample"] =
       benchmark::Counter(static_cast<double>(bench.iterations()) * kTick,
+                         benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
+}
+
+// Both channels of a stereo voice through the two-channel form, where the
+// routine has one: ns per sample and channel.
+void benchFilterPair(benchmark::State& bench, int step) {
+  auto left = std::make_unique<FilterState>();
+  auto right = std::make_unique<FilterState>();
+  const int code = filterCodeForStep(step);
+  const StereoFilterRoutine pair =
+      stereoFilterRoutine(designFilter(code, kRate, 0.6f, 0.7f, *left));
+  designFilter(code, kRate, 0.6f, 0.7f, *right);
+  if (pair == nullptr) {
+    bench.SkipWithError("no two-channel form");
+    return;
+  }
+  std::vector<float> source(kTick), l(kTick), r(kTick);
+  for (int i = 0; i < kTick; ++i) source[i] = (i % 73) * 400.0f - 14600.0f;
+  for (auto _ : bench) {
+    l = source;
+    r = source;
+    pair(l.data(), r.data(), kTick, *left, *right);
+    benchmark::DoNotOptimize(l.data());
+    benchmark::DoNotOptimize(r.data());
+  }
+  bench.counters["ns_per_sample"] =
+      benchmark::Counter(static_cast<double>(bench.iterations()) * kTick * 2,
                          benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
 }
 
@@ -70,6 +98,11 @@ const int registered = [] {
                                  [step](benchmark::State& s) { benchFilterType(s, step, true); });
     benchmark::RegisterBenchmark((std::string("design/") + r.routine).c_str(),
                                  [step](benchmark::State& s) { benchDesign(s, step); });
+    FilterState probe{};
+    if (stereoFilterRoutine(designFilter(filterCodeForStep(step), kRate, 0.6f, 0.7f, probe))) {
+      benchmark::RegisterBenchmark((std::string("stereo/") + r.routine).c_str(),
+                                   [step](benchmark::State& s) { benchFilterPair(s, step); });
+    }
   }
   return 0;
 }();

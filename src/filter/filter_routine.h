@@ -35,6 +35,23 @@ void filterResample(float* buffer, int count, FilterState& state);
 void filterAm(float* buffer, int count, FilterState& state);
 void filterFm(float* buffer, int count, FilterState& state);
 
+// Both channels of a stereo voice in one loop, for the routines whose
+// latency-bound recurrences gain from it (the biquad pairs, bound by their
+// multiplies, do not): each channel's result is that of the one-channel
+// routine, bit for bit. The noisy ladder may not: it draws from the shared
+// random state in sample order.
+using StereoFilterRoutine = void (*)(float* left, float* right, int count, FilterState& leftState,
+                                     FilterState& rightState);
+void filterStateVariablePair(float* left, float* right, int count, FilterState& leftState,
+                             FilterState& rightState);
+void filterStateVariableAnalogPair(float* left, float* right, int count, FilterState& leftState,
+                                   FilterState& rightState);
+void filterLadderPair(float* left, float* right, int count, FilterState& leftState,
+                      FilterState& rightState);
+// The two-channel form of a routine, or null if it has none. Decided once
+// per voice render.
+StereoFilterRoutine stereoFilterRoutine(FilterRoutine routine);
+
 // Added to every input sample (but Resample's): it keeps running states away
 // from denormals, in place of any processor mode.
 inline constexpr float kFilterDenormalOffset = 1e-06f;

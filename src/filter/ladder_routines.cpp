@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "filter/denormal_guard.h"
+#include "filter/filter_kernel.h"
 #include "filter/filter_routine.h"
 #include "host/numeric.h"
 
@@ -64,21 +65,39 @@ class Ladder {
   float o0_, o1_, o2_, o3_;
 };
 
+// The plain ladder with its output taps, as a kernel.
+class LadderKernel {
+ public:
+  explicit LadderKernel(const FilterState& state)
+      : p_(state.set1[0]),
+        k_(state.set1[1]),
+        res_(state.set1[2]),
+        w_{state.set1[3], state.set1[4], state.set1[5], state.set1[6], state.set1[7]},
+        gain_(state.gain),
+        ladder_(state) {}
+  float sample(float x) {
+    ladder_.tick(x, p_, k_, res_);
+    return ladder_.tap(w_) * gain_;
+  }
+  void flush() { ladder_.flush(); }
+  void store(FilterState& state) const { ladder_.store(state); }
+
+ private:
+  const float p_, k_, res_;
+  const float w_[5];
+  const float gain_;
+  Ladder ladder_;
+};
+
 }  // namespace
 
 void filterLadder(float* buffer, int count, FilterState& state) {
-  const float p = state.set1[0], k = state.set1[1], res = state.set1[2];
-  const float w[5] = {state.set1[3], state.set1[4], state.set1[5], state.set1[6], state.set1[7]};
-  const float gain = state.gain;
-  Ladder ladder(state);
-  runFlushed(
-      count,
-      [&](int i) {
-        ladder.tick(buffer[i], p, k, res);
-        buffer[i] = ladder.tap(w) * gain;
-      },
-      [&] { ladder.flush(); });
-  ladder.store(state);
+  runKernel<LadderKernel>(buffer, count, state);
+}
+
+void filterLadderPair(float* left, float* right, int count, FilterState& leftState,
+                      FilterState& rightState) {
+  runKernelPair<LadderKernel>(left, right, count, leftState, rightState);
 }
 
 void filterLadderNoisy(float* buffer, int count, FilterState& state) {

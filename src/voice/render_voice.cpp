@@ -78,8 +78,15 @@ void ADelay::renderVoice(int voiceIndex, int sampleCount, float* outLeft, float*
     }
   }
 
-  filterRoutine(mixLeft, sampleCount, voice.filterLeft);
-  if (stereo) filterRoutine(mixRight, sampleCount, voice.filterRight);
+  // A stereo voice's two filter channels in one loop where the routine has
+  // that form: their recurrences overlap.
+  const StereoFilterRoutine stereoFilter = stereo ? stereoFilterRoutine(filterRoutine) : nullptr;
+  if (stereoFilter != nullptr) {
+    stereoFilter(mixLeft, mixRight, sampleCount, voice.filterLeft, voice.filterRight);
+  } else {
+    filterRoutine(mixLeft, sampleCount, voice.filterLeft);
+    if (stereo) filterRoutine(mixRight, sampleCount, voice.filterRight);
+  }
   // A filter that ran away is cleared and its stretch dropped: a 2.5 ms gap
   // in one voice instead of a mix poisoned for good.
   if (filterRanAway(voice.filterLeft) || filterRanAway(voice.filterRight) ||
