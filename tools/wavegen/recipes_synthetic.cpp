@@ -181,10 +181,10 @@ void feedbackFm(Frames& f) {
 }
 
 // Acid bass: a sawtooth through a resonant four-pole low-pass whose cut-off
-// falls from harmonic 48 to 1.5 on an exponential decay.
+// falls from harmonic 48 to about 3 on an exponential decay.
 void acid(Frames& f) {
   fillFrames(f, [](double t, int k) {
-    const double cutoff = 1.5 + 46.5 * detExp(-4.0 * t);
+    const double cutoff = 2.5 + 45.5 * detExp(-4.0 * t);
     return sawHarmonic(k) * ladderLowpass(k, cutoff, 3.3) * (1.0 - 0.4 * t);
   });
 }
