@@ -5,8 +5,8 @@
 //
 // Measured as CPU time of this thread (what other processes on the machine
 // take is not counted), summed over windows of 8 blocks; sound and tail
-// alternate three times in one instance, each tail window's cost is its
-// median over the rounds, and the worst of them is compared with the median
+// alternate three times in one instance, each window's cost is its least
+// over the rounds, and the worst tail window is compared with the median
 // sound window.
 #include <gtest/gtest.h>
 #include <time.h>
@@ -36,14 +36,16 @@ double threadSeconds() {
   return static_cast<double>(t.tv_sec) + static_cast<double>(t.tv_nsec) * 1e-9;
 }
 
-double median(std::vector<double> v) {
-  std::sort(v.begin(), v.end());
-  return v[v.size() / 2];
+// The least of a window's costs over the rounds: interference from other
+// work on the machine only ever adds time, while a denormal stretch costs
+// in every round.
+double least(const std::vector<double>& v) {
+  return *std::min_element(v.begin(), v.end());
 }
 
 struct Cost {
-  double sound = 0.0;  // median sound window, seconds
-  double tail = 0.0;   // worst tail window (median over rounds), seconds
+  double sound = 0.0;  // median over the sound windows, seconds
+  double tail = 0.0;   // worst tail window, seconds
   int worstWindow = 0;
 };
 
@@ -57,22 +59,33 @@ Cost measure(PluginRig& rig, const std::function<void()>& startSound,
       rig.plugin().processReplacing(left.data(), right.data(), kBlock);
     return threadSeconds() - start;
   };
-  std::vector<double> sound;
-  std::vector<std::vector<double>> tail(kTailWindows);
+  std::vector<std::vector<double>> sound(kSoundWindows), tail(kTailWindows);
   for (int round = 0; round < kRounds; ++round) {
     startSound();
     for (int b = 0; b < 4; ++b) rig.plugin().processReplacing(left.data(), right.data(), kBlock);
-    for (int w = 0; w < kSoundWindows; ++w) sound.push_back(window());
+    for (auto& w : sound) w.push_back(window());
     startTail();
-    for (int w = 0; w < kTailWindows; ++w) tail[w].push_back(window());
+    for (auto& w : tail) w.push_back(window());
   }
+  std::vector<double> soundCosts;
+  for (const auto& w : sound) soundCosts.push_back(least(w));
+  std::sort(soundCosts.begin(), soundCosts.end());
   Cost cost;
-  cost.sound = median(sound);
+  cost.sound = soundCosts[soundCosts.size() / 2];
   for (int w = 0; w < kTailWindows; ++w) {
-    const double t = median(tail[w]);
+    const double t = least(tail[w]);
     if (t > cost.tail) cost = {cost.sound, t, w};
   }
   return cost;
+}
+
+// Checks the bar for one step and keeps the worst ratio seen.
+void expectWithinBar(const Cost& cost, const char* what, int step, double& worstRatio) {
+  const double ratio = cost.tail / cost.sound;
+  worstRatio = std::max(worstRatio, ratio);
+  EXPECT_LE(ratio, kAllowed) << what << " step " << step << ": tail window " << cost.worstWindow
+                             << " costs " << cost.tail * 1e3 << " ms against " << cost.sound * 1e3
+                             << " ms of sound";
 }
 
 class DenormalTiming : public ::testing::Test {
@@ -98,11 +111,7 @@ TEST_F(DenormalTiming, EveryFilterRingingIntoSilenceCostsNoMoreThanSound) {
     // oscillators' level at 0 in the tail.
     const Cost cost = measure(
         rig, [&] { rig.set(kOsc1Vol, 1.0f); }, [&] { rig.set(kOsc1Vol, 0.0f); });
-    const double ratio = cost.tail / cost.sound;
-    worstRatio = std::max(worstRatio, ratio);
-    EXPECT_LE(ratio, kAllowed) << "filter step " << type << ": tail window " << cost.worstWindow
-                               << " costs " << cost.tail * 1e3 << " ms against " << cost.sound * 1e3
-                               << " ms of sound";
+    expectWithinBar(cost, "filter", type, worstRatio);
   }
   std::printf("[ measured ] worst filter tail / sound: %.2f\n", worstRatio);
 }
@@ -126,11 +135,7 @@ TEST_F(DenormalTiming, EveryEffectTailIntoSilenceCostsNoMoreThanSound) {
     };
     const Cost cost = measure(
         rig, [&] { chord(true); }, [&] { chord(false); });
-    const double ratio = cost.tail / cost.sound;
-    worstRatio = std::max(worstRatio, ratio);
-    EXPECT_LE(ratio, kAllowed) << "effect step " << type << ": tail window " << cost.worstWindow
-                               << " costs " << cost.tail * 1e3 << " ms against " << cost.sound * 1e3
-                               << " ms of sound";
+    expectWithinBar(cost, "effect", type, worstRatio);
   }
   std::printf("[ measured ] worst effect tail / sound: %.2f\n", worstRatio);
 }
