@@ -6,10 +6,13 @@
 
 #include <cstring>
 #include <filesystem>
+#include <fstream>
 #include <set>
+#include <sstream>
 #include <string>
 #include <vector>
 
+#include "bank_listing.h"
 #include "bank_set.h"
 #include "data/factory_data.h"
 
@@ -58,6 +61,18 @@ TEST(FactoryBanksTest, DataIsTheCompiledSources) {
   ASSERT_EQ(records.size() * sizeof(FactoryRecord), static_cast<size_t>(kFactoryDataBytes));
   EXPECT_EQ(std::memcmp(records.data(), kFactoryData, kFactoryDataBytes), 0)
       << "the built data is older than data/banks: rebuild";
+}
+
+TEST(FactoryBanksTest, ListingInTheDocsIsCurrent) {
+  const std::filesystem::path root = std::filesystem::path(__FILE__).parent_path() / "../..";
+  std::vector<std::string> errors;
+  const auto banks = bankgen::loadBanks(root / "data/banks", errors);
+  ASSERT_TRUE(errors.empty()) << errors.front();
+  std::ifstream in(root / "docs/programs.md", std::ios::binary);
+  std::stringstream text;
+  text << in.rdbuf();
+  EXPECT_EQ(text.str(), bankgen::programListing(banks))
+      << "docs/programs.md is out of date: sablevox_bankgen --listing docs/programs.md";
 }
 
 TEST(FactoryBanksTest, NamesAndPlaces) {

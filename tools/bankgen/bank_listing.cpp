@@ -47,6 +47,29 @@ std::string programListing(const std::vector<BankSource>& banks) {
       << "To regenerate after changing a bank file:\n\n"
       << "    ninja -C build sablevox_bankgen\n"
       << "    build/tools/bankgen/sablevox_bankgen --listing docs/programs.md\n\n"
+      << "## How the banks are made\n\n"
+      << "Each bank is one text file: `factory-a.txt`, `factory-b.txt`, `factory-c.txt` (50\n"
+      << "programs; its other 78 places stay empty) and `abstracts.txt`. A program is a name of\n"
+      << "at most 23 characters and the parameters that differ from the default record, by\n"
+      << "parameter name; stepped parameters take the name of the choice as the editor shows\n"
+      << "it (`FiltType = \"LP Moog\"`), continuous ones a number from 0 to 1, the tunes their\n"
+      << "octave text (`Osc1Tune = \"+1\"` is the key's own pitch). `template` blocks are\n"
+      << "starting points that programs name with `like`. The build compiles the files into\n"
+      << "the stored records; any misspelt name, value out of range, overlong name or\n"
+      << "repeated setting stops it with file and line.\n\n"
+      << "Levels: every program is voiced to a loudness of -20 dBFS (the loudest 400 ms of\n"
+      << "a held C major chord and a low C, RMS) with its peak below -4 dBFS. The test\n"
+      << "`sablevox_bank_render_tests` renders all of them through the plug-in and holds\n"
+      << "each within 6 dB of that level and its peak between -30 and -1 dBFS. After a\n"
+      << "change of the waves, run it with `SABLEVOX_BANK_REPORT=report.tsv` and let\n"
+      << "`tools/bankgen/level_banks.py report.tsv` move the Volume of the programs that\n"
+      << "drifted; Volume is the voice's last gain and changes nothing else.\n\n"
+      << "Categories: SYN synthesizers, PAD pads, STR strings, BAS basses, LEA leads, KEY\n"
+      << "keyboards, ORG organs, PLK plucked and struck, BRS brass and reeds, ARP arpeggios\n"
+      << "and SEQ sequences (hold the keys), ATM atmospheres, VOC voices, FX effects, DRM\n"
+      << "drums; in Abstracts also SCN wave scans, MOD wave modifiers, FMF and AM the FM\n"
+      << "and AM filters, RHY rhythmic LFOs and TEX textures.\n\n"
+      << "## The programs\n\n"
       << "Numbers are the program numbers a host sends (0 to 127). Osc columns show the\n"
       << "wave and, after a slash, its modifier; LFO shows shape and destination.\n\n";
   std::map<std::string, int> categories;
@@ -59,7 +82,7 @@ std::string programListing(const std::vector<BankSource>& banks) {
   }
   out << "\n";
   for (size_t b = 0; b < banks.size() && b < std::size(kBankFiles); ++b) {
-    out << "\n## Bank " << b + 1 << ": " << kBankFiles[b].bankName << "\n\n"
+    out << "\n### Bank " << b + 1 << ": " << kBankFiles[b].bankName << "\n\n"
         << "| No. | Name | Cat. | Osc 1 | Osc 2 | Filter | Effect | Arp | LFO |\n"
         << "|---|---|---|---|---|---|---|---|---|\n";
     int number = 0;
