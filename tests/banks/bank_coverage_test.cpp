@@ -103,6 +103,16 @@ TEST(FactoryBanksTest, NamesAndPlaces) {
   }
 }
 
+TEST(FactoryBanksTest, NoTwoProgramsAreTheSameSound) {
+  const auto records = namedRecords();
+  for (size_t i = 0; i < records.size(); ++i) {
+    for (size_t j = i + 1; j < records.size(); ++j) {
+      EXPECT_NE(std::memcmp(records[i].values, records[j].values, sizeof records[i].values), 0)
+          << records[i].name << " = " << records[j].name;
+    }
+  }
+}
+
 TEST(FactoryBanksTest, EveryChoiceIsUsedSomewhere) {
   const auto records = namedRecords();
   const auto always = [](const FactoryRecord&) { return true; };
