@@ -8,6 +8,7 @@
 #include <new>
 #include <thread>
 
+#include "effects/large_block.h"
 #include "host/parameters.h"
 #include "waves/wave_modifiers.h"
 #include "waves/wave_table.h"
@@ -39,13 +40,34 @@ constexpr int kAcknowledgeSteps = 50;
 
 // The 85 slots are read-only once built and the same for every instance, so
 // a process builds them once: a second instance starts without the 11 MB of
-// work and memory. Function-local statics are built thread-safely.
+// work and memory. Their amplitudes share one huge-page block: 11 MB of
+// small pages would cost the first instance thousands of page faults.
+// Function-local statics are built thread-safely.
+class SharedSlots {
+ public:
+  SharedSlots()
+      : block_(static_cast<uint16_t*>(allocateLargeBlock(kBlockBytes))),
+        slots_(std::make_unique<WaveSlot[]>(kWaveCount)) {
+    for (int i = 0; i < kWaveCount; ++i) slots_[i].frames.reset(block_ + i * kWaveValues);
+    buildWaveSlots(std::span<WaveSlot, kWaveCount>(slots_.get(), kWaveCount));
+  }
+  // The slots' pointers lead into the block, which is released as a whole.
+  ~SharedSlots() {
+    for (int i = 0; i < kWaveCount; ++i) static_cast<void>(slots_[i].frames.release());
+    freeLargeBlock(block_, kBlockBytes);
+  }
+  SharedSlots(const SharedSlots&) = delete;
+  SharedSlots& operator=(const SharedSlots&) = delete;
+  const WaveSlot* get() const { return slots_.get(); }
+
+ private:
+  static constexpr size_t kBlockBytes = sizeof(uint16_t) * kWaveValues * kWaveCount;
+  uint16_t* block_;
+  std::unique_ptr<WaveSlot[]> slots_;
+};
+
 const WaveSlot* sharedWaveSlots() {
-  static const std::unique_ptr<WaveSlot[]> slots = [] {
-    auto built = std::make_unique<WaveSlot[]>(kWaveCount);
-    buildWaveSlots(std::span<WaveSlot, kWaveCount>(built.get(), kWaveCount));
-    return built;
-  }();
+  static const SharedSlots slots;
   return slots.get();
 }
 
