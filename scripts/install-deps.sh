@@ -1,10 +1,13 @@
 #!/usr/bin/env bash
 # Installs the Debian packages the build, the tests and the demo need, only
 # when something is missing. Runs apt-get as root, or through sudo.
+# Scripts that need more (the contact sheet, the spoken-wave generator) name
+# their own packages as arguments.
 set -euo pipefail
 
 packages=(build-essential cmake ninja-build pkg-config g++ clang clang-format
-          libgtest-dev libgmock-dev libbenchmark-dev libsndfile1-dev amsynth)
+          libclang-rt-14-dev libgtest-dev libgmock-dev libbenchmark-dev libsndfile1-dev
+          amsynth "$@")
 
 missing=()
 for p in "${packages[@]}"; do

@@ -14,7 +14,7 @@ build="${BUILD_DIR:-$root/build}"
 sources=""
 if [ "${1:-}" = "--sources-only" ]; then sources="${2:?a folder}"; fi
 
-command -v espeak-ng >/dev/null || { echo "needs espeak-ng: apt-get install espeak-ng" >&2; exit 1; }
+bash "$root/scripts/install-deps.sh" espeak-ng
 [ -d "$build" ] || cmake -S "$root" -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=Release >/dev/null
 ninja -C "$build" -j2 sablevox_voicegen >/dev/null
 voicegen="$build/tools/voicegen/sablevox_voicegen"

@@ -7,14 +7,14 @@
 #   output.png    default docs/waves-contact-sheet.png
 #   audio-folder  keep the rendered WAV files there (default: a temporary
 #                 folder, removed at the end)
-# Needs sox and ImageMagick's montage (Debian: sox, imagemagick,
-# fonts-dejavu-core), and a built sablevox-render (SABLEVOX_RENDER overrides
-# build/tools/render/sablevox-render).
+# Installs sox and ImageMagick's montage when missing; needs a built
+# sablevox-render (SABLEVOX_RENDER overrides build/tools/render/sablevox-render).
 set -euo pipefail
 
 root=$(cd "$(dirname "$0")/.." && pwd)
 render=${SABLEVOX_RENDER:-$root/build/tools/render/sablevox-render}
 output=${1:-$root/docs/waves-contact-sheet.png}
+bash "$root/scripts/install-deps.sh" sox imagemagick fonts-dejavu-core
 for tool in sox montage "$render"; do
   command -v "$tool" >/dev/null || { echo "wave-contact-sheet: $tool is missing" >&2; exit 1; }
 done
