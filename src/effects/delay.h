@@ -5,7 +5,7 @@
 #include <array>
 
 #include "effects/effect_common.h"
-#include "effects/large_block.h"
+#include "host/large_block.h"
 
 namespace sablevox {
 

@@ -15,6 +15,7 @@
 #include "filter/filter_routine.h"
 #include "host/audio_effect_x.h"
 #include "host/global_config.h"
+#include "host/large_block.h"
 #include "host/parameters.h"
 #include "host/program_record.h"
 #include "host/shared_word.h"
@@ -45,6 +46,9 @@ class ADelay : public AudioEffectX {
  public:
   explicit ADelay(audioMasterCallback audioMaster);
   ~ADelay() override;
+  // Nine megabytes of voice records: fresh huge pages fault in far faster
+  // than thousands of small ones when a host creates an instance.
+  SABLEVOX_LARGE_BLOCK_OPERATORS
 
   // Frame operations.
   void setParameter(VstInt32 index, float value) override;

@@ -8,7 +8,7 @@
 #include <new>
 #include <thread>
 
-#include "effects/large_block.h"
+#include "host/large_block.h"
 #include "host/parameters.h"
 #include "waves/wave_modifiers.h"
 #include "waves/wave_table.h"

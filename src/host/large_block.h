@@ -1,0 +1,59 @@
+// Zeroed memory for the multi-megabyte objects of an instance (effect lines,
+// wave slots, engine records), backed by huge pages where the system offers
+// them. First touching 10 MB of small pages costs tens of milliseconds of
+// page faults (far more under virtualisation); 2 MB pages cost a handful.
+// Constructor, destructor and worker threads only: these map and unmap
+// memory. Header-only, so that any library may use it without a link
+// dependency.
+#pragma once
+
+#include <sys/mman.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <new>
+
+namespace sablevox {
+
+inline constexpr size_t kSmallPageBytes = 4096;
+inline constexpr size_t kHugePageBytes = size_t{2} << 20;
+
+inline size_t roundUpTo(size_t value, size_t step) { return (value + step - 1) / step * step; }
+
+// `bytes` of zeroed memory at an address aligned to 2 MB; the whole 2 MB
+// stretches are advised as huge pages, the rest stays in small pages so that
+// no memory is wasted. Throws std::bad_alloc on failure.
+inline void* allocateLargeBlock(size_t bytes) {
+  const size_t length = roundUpTo(bytes == 0 ? 1 : bytes, kSmallPageBytes);
+  // One huge page more than needed, ends cut off: the block starts on a
+  // huge-page boundary.
+  void* mapped = mmap(nullptr, length + kHugePageBytes, PROT_READ | PROT_WRITE,
+                      MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+  if (mapped == MAP_FAILED) throw std::bad_alloc();
+  const auto start = reinterpret_cast<uintptr_t>(mapped);
+  const uintptr_t aligned = roundUpTo(start, kHugePageBytes);
+  const uintptr_t end = start + length + kHugePageBytes;
+  if (aligned > start) munmap(mapped, aligned - start);
+  if (end > aligned + length) {
+    munmap(reinterpret_cast<void*>(aligned + length), end - aligned - length);
+  }
+  // Advice only: without huge pages the block still works, in small pages.
+  const size_t hugePart = length / kHugePageBytes * kHugePageBytes;
+  if (hugePart > 0) madvise(reinterpret_cast<void*>(aligned), hugePart, MADV_HUGEPAGE);
+  return reinterpret_cast<void*>(aligned);
+}
+
+// Releases a block of allocateLargeBlock with the same `bytes`.
+inline void freeLargeBlock(void* block, size_t bytes) noexcept {
+  if (block != nullptr) munmap(block, roundUpTo(bytes == 0 ? 1 : bytes, kSmallPageBytes));
+}
+
+// Class-level operators for a type whose instances should live in such
+// blocks: `SABLEVOX_LARGE_BLOCK_OPERATORS` inside the class body.
+#define SABLEVOX_LARGE_BLOCK_OPERATORS                                                         \
+  static void* operator new(size_t bytes) { return ::sablevox::allocateLargeBlock(bytes); }  \
+  static void operator delete(void* block, size_t bytes) noexcept {                          \
+    ::sablevox::freeLargeBlock(block, bytes);                                                \
+  }
+
+}  // namespace sablevox
