@@ -1,4 +1,4 @@
-// The packed wave records compiled into the plug-in: 85 records back to back,
+// The packed wave records in the data library: 85 records back to back,
 // one per wave index, each 262,148 bytes, little-endian:
 //   offset 0: frameCount, signed 32-bit (256, or 1 for a single-frame wave)
 //   offset 4: 65,536 entries of 4 bytes; entry f*256 + h is frame f,
@@ -6,9 +6,13 @@
 //             are the unsigned 16-bit amplitude (65535 full scale), the
 //             other two are 0.
 // A single-frame record holds its frame in frame 0 and zeros after it.
-// The bytes are written at build time by tools/wavegen.
+// The bytes are written at build time by tools/wavegen. The plug-in itself
+// reads only the slot amplitudes made from them (declared at the end), which
+// live in an object of their own: the records are linked only into what
+// reads them (tests, tools), not into the plug-in.
 #pragma once
 
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -48,5 +52,26 @@ std::span<const unsigned char> waveRecordBytes();
 
 // Record of wave index 0..84; an index out of range gives record 0.
 WaveSource waveSource(int index);
+
+}  // namespace sablevox
+
+// Defined by the generated slot embedding: 85 slots of kWaveSourceEntries
+// amplitudes (frame stride 256), little-endian, page-aligned read-only data.
+extern "C" const uint16_t sablevox_wave_slots[];
+
+namespace sablevox {
+
+static_assert(std::endian::native == std::endian::little,
+              "the embedded slot amplitudes are little-endian");
+
+// Source frame count (256, or 1) of each slot; generated with the amplitudes.
+extern const int32_t kSlotFrameCounts[kWaveCount];
+
+// The built slot amplitudes of wave index 0..84 (out of range gives slot 0):
+// single-frame records repeated over 256 frames, then boosted. Any thread.
+inline const uint16_t* slotAmplitudes(int index) {
+  if (index < 0 || index >= kWaveCount) index = 0;
+  return sablevox_wave_slots + static_cast<size_t>(index) * kWaveSourceEntries;
+}
 
 }  // namespace sablevox

@@ -3,12 +3,12 @@
 #include "waves/wave_store.h"
 
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <cstdlib>
 #include <new>
 #include <thread>
 
-#include "host/large_block.h"
 #include "host/parameters.h"
 #include "waves/wave_modifiers.h"
 #include "waves/wave_table.h"
@@ -38,32 +38,18 @@ constexpr float kTableScale = 0.01f;
 constexpr auto kAcknowledgeStep = std::chrono::milliseconds(1);
 constexpr int kAcknowledgeSteps = 50;
 
-// The 85 slots are read-only once built and the same for every instance, so
-// a process builds them once: a second instance starts without the 11 MB of
-// work and memory. Their amplitudes share one huge-page block: 11 MB of
-// small pages would cost the first instance thousands of page faults.
+// The 85 slots are read-only and the same for every instance, so a process
+// sets them up once; their amplitudes are embedded data the slots point into.
 // Function-local statics are built thread-safely.
 class SharedSlots {
  public:
-  SharedSlots()
-      : block_(static_cast<uint16_t*>(allocateLargeBlock(kBlockBytes))),
-        slots_(std::make_unique<WaveSlot[]>(kWaveCount)) {
-    for (int i = 0; i < kWaveCount; ++i) slots_[i].frames.reset(block_ + i * kWaveValues);
-    buildWaveSlots(std::span<WaveSlot, kWaveCount>(slots_.get(), kWaveCount));
-  }
-  // The slots' pointers lead into the block, which is released as a whole.
-  ~SharedSlots() {
-    for (int i = 0; i < kWaveCount; ++i) static_cast<void>(slots_[i].frames.release());
-    freeLargeBlock(block_, kBlockBytes);
-  }
+  SharedSlots() { setUpWaveSlots(slots_); }
   SharedSlots(const SharedSlots&) = delete;
   SharedSlots& operator=(const SharedSlots&) = delete;
-  const WaveSlot* get() const { return slots_.get(); }
+  const WaveSlot* get() const { return slots_.data(); }
 
  private:
-  static constexpr size_t kBlockBytes = sizeof(uint16_t) * kWaveValues * kWaveCount;
-  uint16_t* block_;
-  std::unique_ptr<WaveSlot[]> slots_;
+  std::array<WaveSlot, kWaveCount> slots_;
 };
 
 const WaveSlot* sharedWaveSlots() {
@@ -121,7 +107,7 @@ bool WaveStore::rebuild(int osc, int wave, int mod, const Shared<bool>& workerSt
   if (wave < kFirstTableWave) {
     std::fill_n(table, kTableValues, int16_t{0});
   } else {
-    const uint16_t* frames = slots_[wave].frames.get();
+    const uint16_t* frames = slots_[wave].frames;
     float* spectrum = spectrum_.get();
     for (int e = 0; e < kWaveValues; ++e) spectrum[e] = static_cast<float>(frames[e]);
     applyWaveModifier(spectrum, mod, kWaveFrames);

@@ -32,7 +32,7 @@ class WaveStore {
   WaveStore(const WaveStore&) = delete;
   WaveStore& operator=(const WaveStore&) = delete;
 
-  // Builds the slots (with their boost) and allocates every buffer the store
+  // Sets up the shared slots (once per process) and allocates every buffer the store
   // will ever use; both oscillators start with silent tables and wave -1.
   // Call once, before the worker thread starts.
   void init();

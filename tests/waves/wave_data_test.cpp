@@ -1,4 +1,4 @@
-// The embedded wave records and the descriptor table, as the slots read them.
+// The embedded wave records and the descriptor table, as the slot building reads them.
 #include <gtest/gtest.h>
 
 #include <cstring>
