@@ -34,7 +34,9 @@ ADelay::ADelay(audioMasterCallback audioMaster)
   makeProgramCurrent(0);
 
   // Arpeggiator keys, voices, counters, LFO indices, averaging history and
-  // the effects' sleep: what a reset clears, and a little more.
+  // the effects' sleep: what a reset clears, and a little more. The voices
+  // are cleared whole once, so that later resets may skip unused lines.
+  std::memset(static_cast<void*>(voices), 0, sizeof voices);
   resetEngine();
   std::memset(arpKeysPrevious, 0, sizeof arpKeysPrevious);
   rebuildWaves = true;
@@ -132,7 +134,7 @@ void ADelay::resetEngine() {
   std::memset(arpHeldKeys, 0, sizeof arpHeldKeys);
   refreshCountdown = 0;
   samplesToTick = 0.0f;
-  std::memset(static_cast<void*>(voices), 0, sizeof voices);
+  for (Voice& voice : voices) clearVoice(voice);
   lfoTypeIndex = 0;
   lfoSpeedIndex = 0;
   effectsAsleep = false;
@@ -146,7 +148,7 @@ void ADelay::suspend() {
   chorus->reset();
   reverb->reset();
   resetRequested = false;
-  std::memset(static_cast<void*>(voices), 0, sizeof voices);
+  for (Voice& voice : voices) clearVoice(voice);
   refreshCountdown = 0;
   oscGain[0] = 0.0f;
   oscGain[1] = 0.0f;

@@ -2,10 +2,15 @@
 // beyond the scratch buffers, process versus processReplacing.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <chrono>
 #include <cmath>
+#include <string_view>
+#include <thread>
 #include <vector>
 
 #include "common/test_host.h"
+#include "filter/filter_types.h"
 
 namespace sablevox {
 namespace {
@@ -121,6 +126,39 @@ TEST_F(BlockDriverTest, SuspendClearsVoicesAndResumeWakesEffects) {
   engine->effectsAsleep = true;
   engine->resume();
   EXPECT_FALSE(engine->effectsAsleep);
+}
+
+// A reset skips the FM filter's lines while they were never written; either
+// way every byte of every voice must end up zero.
+TEST_F(BlockDriverTest, ResetLeavesEveryVoiceByteZeroWithOrWithoutFmLines) {
+  auto engine = testing::makeEngine();
+  engine->loadBank(0);
+  for (const char* filter : {"LP Moog", "FM Saw"}) {
+    const auto type =
+        std::find_if(std::begin(kFilterTypes), std::end(kFilterTypes),
+                     [&](const FilterType& t) { return std::string_view(t.name) == filter; });
+    engine->setParameter(kFiltType, choiceValue(static_cast<int>(type - std::begin(kFilterTypes))));
+    for (int i = 0; i < 2000 && !engine->wavesReady(); ++i) {
+      testing::renderBlock(*engine, left, right, 64);
+      std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    for (int note : {48, 55, 60}) engine->noteOn(note, 100);
+    // Past the slow refresh that applies the filter type.
+    for (int i = 0; i < 20; ++i) testing::renderBlock(*engine, left, right, 512);
+    const bool fm = filter[0] == 'F';
+    bool lineWritten = false;
+    for (const Voice& voice : engine->voices) {
+      const float* line = voice.filterLeft.line;
+      lineWritten |=
+          std::any_of(line + 4, line + kFilterLineLength, [](float x) { return x != 0.0f; });
+    }
+    EXPECT_EQ(lineWritten, fm) << filter;
+    engine->resetEngine();
+    const auto* bytes = reinterpret_cast<const unsigned char*>(engine->voices);
+    EXPECT_TRUE(std::all_of(bytes, bytes + sizeof engine->voices, [](unsigned char b) {
+      return b == 0;
+    })) << filter;
+  }
 }
 
 TEST_F(BlockDriverTest, EffectsSleepAfterOneSecondOfSilenceOnBothChannels) {
