@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <chrono>
 #include <cmath>
-#include <thread>
 
 #include "host/parameters.h"
 #include "host/vendor_opcodes.h"
@@ -90,18 +89,6 @@ bool BankPlayer::start(std::string& error) {
   return true;
 }
 
-bool BankPlayer::waitForWaves() {
-  float l = 0.0f, r = 0.0f;
-  for (int i = 0; i < 2000; ++i) {
-    plugin_->processReplacing(&l, &r, 0);
-    if (plugin_->dispatch(effVendorSpecific, kSablevoxVendorIndex, kVendorWavesReady) == 1) {
-      return true;
-    }
-    std::this_thread::sleep_for(std::chrono::milliseconds(2));
-  }
-  return false;
-}
-
 ProgramMeasure BankPlayer::play(int program, bool pattern) {
   // Suspending clears the voices and the effects' tails of the last program.
   plugin_->suspend();
@@ -109,7 +96,7 @@ ProgramMeasure BankPlayer::play(int program, bool pattern) {
   plugin_->resume();
   ProgramMeasure m;
   m.name = programName(program);
-  if (!waitForWaves()) {
+  if (!plugin_->waitForSablevoxWaves()) {
     m.finite = false;
     return m;
   }

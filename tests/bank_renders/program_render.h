@@ -39,8 +39,6 @@ class BankPlayer {
   ProgramMeasure play(int program, bool pattern);
 
  private:
-  bool waitForWaves();
-
   std::shared_ptr<host::Host> host_;
   std::unique_ptr<host::Plugin> plugin_;
   std::vector<float> left_;

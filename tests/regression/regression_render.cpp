@@ -5,7 +5,6 @@
 #include <chrono>
 #include <cmath>
 #include <cstring>
-#include <thread>
 
 #include "host/vendor_opcodes.h"
 #include "render/demo_phrase.h"
@@ -21,16 +20,6 @@ namespace {
 constexpr double kTempo = 300.0;
 constexpr double kTail = 0.4;
 constexpr int kSampleRate = 44100;
-
-bool waitForWaves(host::Plugin& plugin, float* left, float* right) {
-  const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(60);
-  while (plugin.dispatch(effVendorSpecific, kSablevoxVendorIndex, kVendorWavesReady) != 1) {
-    if (std::chrono::steady_clock::now() > deadline) return false;
-    plugin.processReplacing(left, right, 0);  // takes up finished tables
-    std::this_thread::sleep_for(std::chrono::milliseconds(1));
-  }
-  return true;
-}
 
 uint64_t fnv1a(uint64_t hash, const std::vector<float>& samples) {
   for (float s : samples) {
@@ -94,7 +83,7 @@ RegressionResult renderRegression(const RegressionCase& c) {
                              plugin.setParameter(s.index, s.value);
                            ++applied;
                          }
-                         late = !waitForWaves(plugin, left.data() + start, right.data() + start);
+                         late = !plugin.waitForSablevoxWaves();
                          return !late;
                        });
   if (late) {

@@ -36,19 +36,13 @@ double processSeconds() {
 // Sablevox answers its vendor call once its tables are built; it takes them
 // up at the head of a block, so empty blocks run while waiting. Other
 // plug-ins get a fixed moment for whatever they start in the background.
-bool settle(render::PluginSession& session, std::vector<float>& left, std::vector<float>& right) {
+bool settle(render::PluginSession& session) {
   host::Plugin& plugin = *session.plugin;
   if (!session.sablevox) {
     std::this_thread::sleep_for(std::chrono::milliseconds(100));
     return true;
   }
-  const auto deadline = Clock::now() + std::chrono::seconds(30);
-  while (plugin.dispatch(effVendorSpecific, kSablevoxVendorIndex, kVendorWavesReady) != 1) {
-    if (Clock::now() > deadline) return false;
-    plugin.processReplacing(left.data(), right.data(), 0);
-    std::this_thread::sleep_for(std::chrono::milliseconds(1));
-  }
-  return true;
+  return plugin.waitForSablevoxWaves(std::chrono::seconds(30));
 }
 
 // Keys spread over five octaves, so that 32 notes are 32 different keys.
@@ -69,7 +63,7 @@ RunResult measureRun(const Subject& subject, const RunShape& shape) {
   plugin.resume();
   std::vector<float> left(static_cast<size_t>(shape.blockSize));
   std::vector<float> right(left.size());
-  if (!settle(session, left, right)) {
+  if (!settle(session)) {
     result.error = "the wave tables were not ready in time";
     return result;
   }

@@ -5,8 +5,10 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <thread>
 #include <utility>
 
+#include "host/vendor_opcodes.h"
 #include "hostlib/host_registry.h"
 
 namespace sablevox::host {
@@ -207,6 +209,17 @@ bool Plugin::process(float* left, float* right, VstInt32 frames) {
     right[i] += monoSum[i];
   }
   host_->advance(length);
+  return true;
+}
+
+bool Plugin::waitForSablevoxWaves(std::chrono::milliseconds limit) {
+  const auto deadline = std::chrono::steady_clock::now() + limit;
+  float left = 0.0f, right = 0.0f;
+  while (dispatch(effVendorSpecific, kSablevoxVendorIndex, kVendorWavesReady) != 1) {
+    if (std::chrono::steady_clock::now() > deadline) return false;
+    processReplacing(&left, &right, 0);
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  }
   return true;
 }
 

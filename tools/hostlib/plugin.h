@@ -5,6 +5,7 @@
 // run on another thread at the same time as the block calls, as in a host.
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -109,6 +110,13 @@ class Plugin {
   // The accumulating form: adds to left/right. False if the plug-in has no
   // process function.
   bool process(float* left, float* right, VstInt32 frames);
+
+  // Sablevox builds its wave tables on a worker thread. Waits until both
+  // tables match the current parameters (our vendor call), running blocks of
+  // no samples meanwhile: the plug-in takes up finished tables at the head of
+  // a block, and the worker may need that before it can build the next one.
+  // Such a block renders nothing and moves no clock. False after `limit`.
+  bool waitForSablevoxWaves(std::chrono::milliseconds limit = std::chrono::seconds(60));
 
   // Renders `frames` samples in blocks of at most blockSize into left/right
   // (resized), sending each message in the block that holds its frame with

@@ -5,7 +5,6 @@
 #include <chrono>
 #include <cmath>
 #include <filesystem>
-#include <thread>
 
 #include "host/vendor_opcodes.h"
 #include "render/audio_file.h"
@@ -21,23 +20,6 @@ namespace sablevox::render {
 namespace {
 
 using Clock = std::chrono::steady_clock;
-
-// Sablevox builds its wave tables on a worker thread; a render waits for them
-// before each block so that the result never depends on that thread's timing.
-// While waiting it runs blocks of no samples: the plug-in takes up finished
-// tables at the head of a block, and the worker may need that before it can
-// build the next one. Such a block renders nothing and moves no clock.
-constexpr auto kWaveWaitLimit = std::chrono::seconds(60);
-
-bool waitForWaves(host::Plugin& plugin, float* left, float* right) {
-  const auto deadline = Clock::now() + kWaveWaitLimit;
-  while (plugin.dispatch(effVendorSpecific, kSablevoxVendorIndex, kVendorWavesReady) != 1) {
-    if (Clock::now() > deadline) return false;
-    plugin.processReplacing(left, right, 0);
-    std::this_thread::sleep_for(std::chrono::milliseconds(1));
-  }
-  return true;
-}
 
 std::string outputPath(const Options& options) {
   if (!options.output.empty()) return options.output;
@@ -79,13 +61,12 @@ int render(const Options& options, std::ostream& out, std::ostream& err, bool pr
   std::vector<float> left;
   std::vector<float> right;
   const auto started = Clock::now();
-  playSchedule(
-      plugin, schedule, tempo, options.blockSize, left, right, [&](int64_t start, VstInt32) {
-        bar.update(start);
-        wavesLate =
-            session.sablevox && !waitForWaves(plugin, left.data() + start, right.data() + start);
-        return !wavesLate;
-      });
+  playSchedule(plugin, schedule, tempo, options.blockSize, left, right,
+               [&](int64_t start, VstInt32) {
+                 bar.update(start);
+                 wavesLate = session.sablevox && !plugin.waitForSablevoxWaves();
+                 return !wavesLate;
+               });
   const double seconds = std::chrono::duration<double>(Clock::now() - started).count();
   bar.finish();
   if (wavesLate) return fail(kExitOutput, "the plug-in's wave tables were not ready in time");
