@@ -18,7 +18,9 @@ namespace sablevox {
 inline constexpr size_t kSmallPageBytes = 4096;
 inline constexpr size_t kHugePageBytes = size_t{2} << 20;
 
-inline size_t roundUpTo(size_t value, size_t step) { return (value + step - 1) / step * step; }
+inline size_t roundUpTo(size_t value, size_t step) {
+  return (value + step - 1) / step * step;
+}
 
 // `bytes` of zeroed memory at an address aligned to 2 MB; the whole 2 MB
 // stretches are advised as huge pages, the rest stays in small pages so that
@@ -50,10 +52,12 @@ inline void freeLargeBlock(void* block, size_t bytes) noexcept {
 
 // Class-level operators for a type whose instances should live in such
 // blocks: `SABLEVOX_LARGE_BLOCK_OPERATORS` inside the class body.
-#define SABLEVOX_LARGE_BLOCK_OPERATORS                                                         \
-  static void* operator new(size_t bytes) { return ::sablevox::allocateLargeBlock(bytes); }  \
-  static void operator delete(void* block, size_t bytes) noexcept {                          \
-    ::sablevox::freeLargeBlock(block, bytes);                                                \
+#define SABLEVOX_LARGE_BLOCK_OPERATORS                              \
+  static void* operator new(size_t bytes) {                         \
+    return ::sablevox::allocateLargeBlock(bytes);                   \
+  }                                                                 \
+  static void operator delete(void* block, size_t bytes) noexcept { \
+    ::sablevox::freeLargeBlock(block, bytes);                       \
   }
 
 }  // namespace sablevox
