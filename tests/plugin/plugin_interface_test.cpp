@@ -1,12 +1,10 @@
-// The built plug-in as a host sees it: loaded from its file through dlopen and
-// its exported entry, driven only through the binary interface.
+// The built plug-in as a host sees it: its exports and what a host's scanner
+// reads. Blocks, hostile input and lifecycles are the validator suite's.
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 
-#include <cmath>
-#include <limits>
-#include <random>
-#include <vector>
+#include <memory>
+#include <string>
 
 #include "common/isolated_settings.h"
 #include "hostlib/plugin.h"
@@ -15,7 +13,6 @@ namespace sablevox {
 namespace {
 
 using host::Host;
-using host::MidiMessage;
 using host::Plugin;
 
 class PluginInterfaceTest : public ::testing::Test {
@@ -25,12 +22,6 @@ class PluginInterfaceTest : public ::testing::Test {
     auto plugin = Plugin::load(SABLEVOX_PLUGIN_PATH, &error, std::move(h));
     EXPECT_NE(plugin, nullptr) << error;
     return plugin;
-  }
-  static bool allFinite(const std::vector<float>& v) {
-    for (float x : v) {
-      if (!std::isfinite(x)) return false;
-    }
-    return true;
   }
   testing::IsolatedSettings settings;
 };
@@ -91,74 +82,6 @@ TEST_F(PluginInterfaceTest, WhatAHostScannerReads) {
   bool filled = true;
   plugin->programNameIndexed(128, &filled);
   EXPECT_FALSE(filled);
-}
-
-TEST_F(PluginInterfaceTest, BlocksOfEveryLengthAreFiniteAndSilenceIsTheOffset) {
-  auto plugin = load();
-  ASSERT_NE(plugin, nullptr);
-  plugin->open();
-  plugin->setSampleRate(44100.0);
-  plugin->setBlockSize(100000);
-  plugin->resume();
-  std::vector<float> left(100000), right(100000);
-  for (int count : {0, 1, 64, 110, 111, 4096, 65536, 100000}) {
-    plugin->processReplacing(left.data(), right.data(), count);
-    for (int i = 0; i < count; ++i) {
-      ASSERT_TRUE(std::isfinite(left[i]) && std::isfinite(right[i])) << count << " " << i;
-    }
-  }
-  EXPECT_NEAR(left[99999], 1e-05f, 2e-06f);
-  std::fill(left.begin(), left.end(), 1.0f);
-  std::fill(right.begin(), right.end(), 1.0f);
-  ASSERT_TRUE(plugin->process(left.data(), right.data(), 512));
-  EXPECT_NEAR(left[511], 1.0f + 1e-05f, 2e-06f);
-}
-
-TEST_F(PluginInterfaceTest, HostileParametersAndMidiNeverMakeNonFiniteOutput) {
-  auto plugin = load();
-  ASSERT_NE(plugin, nullptr);
-  plugin->open();
-  plugin->setSampleRate(48000.0);
-  plugin->setBlockSize(512);
-  plugin->resume();
-  std::mt19937 random(7);
-  const float hostile[] = {std::numeric_limits<float>::quiet_NaN(),
-                           std::numeric_limits<float>::infinity(),
-                           -std::numeric_limits<float>::infinity(),
-                           -1e30f,
-                           1e30f,
-                           -1.0f,
-                           2.0f};
-  std::vector<float> left(512), right(512);
-  for (int block = 0; block < 200; ++block) {
-    for (int k = 0; k < 5; ++k) {
-      const int index = static_cast<int>(random() % 60) - 5;
-      const float value =
-          random() % 3 == 0 ? hostile[random() % 7] : static_cast<float>(random() % 1001) / 1000.0f;
-      plugin->setParameter(index, value);
-    }
-    std::vector<MidiMessage> midi;
-    for (int k = 0; k < 4; ++k) {
-      midi.push_back(MidiMessage::raw(
-          static_cast<VstInt32>(random() % 2000) - 500, static_cast<unsigned char>(random()),
-          static_cast<unsigned char>(random()), static_cast<unsigned char>(random())));
-    }
-    plugin->sendMidi(midi);
-    plugin->processReplacing(left.data(), right.data(), 512);
-    ASSERT_TRUE(allFinite(left) && allFinite(right)) << "block " << block;
-  }
-}
-
-TEST_F(PluginInterfaceTest, OpenAndCloseManyTimes) {
-  for (int i = 0; i < 20; ++i) {
-    auto plugin = load();
-    ASSERT_NE(plugin, nullptr);
-    plugin->open();
-    plugin->setSampleRate(44100.0);
-    plugin->resume();
-    std::vector<float> left(256), right(256);
-    plugin->processReplacing(left.data(), right.data(), 256);
-  }
 }
 
 }  // namespace
