@@ -5,7 +5,7 @@
 
 #include <span>
 
-#include "spectrum.h"
+#include "harmonic_shapes.h"
 
 namespace sablevox::wavegen {
 

@@ -1,12 +1,13 @@
 // The wave generator's own maths against independent references: the C
 // library for the series, Fourier series of known shapes for the analysis,
 // and the textbook values of the filter responses.
+#include "wavegen/harmonic_shapes.h"
+
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <vector>
 
-#include "wavegen/spectrum.h"
 #include "wavegen/wave_math.h"
 
 namespace sablevox::wavegen {

@@ -1,6 +1,6 @@
 // Spectra of the classic shapes and filter responses, and the harmonic
 // analysis of a rendered cycle.
-#include "spectrum.h"
+#include "harmonic_shapes.h"
 
 #include <cmath>
 #include <complex>
