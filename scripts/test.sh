@@ -27,5 +27,5 @@ CTEST_ARGS="-LE bank_renders" UBSAN_OPTIONS="print_stacktrace=1" \
   run_suite build-asan "${sanitized[@]}" -DSABLEVOX_SANITIZE=address
 CTEST_ARGS="-LE bank_renders" TSAN_OPTIONS="halt_on_error=1" \
   run_suite build-tsan "${sanitized[@]}" -DSABLEVOX_SANITIZE=thread
-bash scripts/fuzz.sh --time "${SABLEVOX_FUZZ_SECONDS:-60}"
+bash scripts/fuzz.sh --time "${SABLEVOX_FUZZ_SECONDS:-30}"
 echo "All test suites passed."
