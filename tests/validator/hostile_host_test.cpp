@@ -72,7 +72,7 @@ TEST(ValidatorHostile, RandomMidiBytesAndFarDeltaFrames) {
   float loudest = 0.0f;
   for (int b = 0; b < 20; ++b) {
     ASSERT_TRUE(renderFinite(plugin, left, right, 512));
-    loudest = std::max(loudest, peakOf(left));
+    loudest = std::max(loudest, peak(left));
   }
   EXPECT_GT(loudest, 0.01f);
 }

@@ -69,8 +69,8 @@ TEST(ValidatorLifecycle, EverySampleRateSoundsAndStaysFinite) {
     ASSERT_TRUE(rig.start(rate));
     const auto out = rig.render({noteOn(0, 57), noteOn(0, 69)}, static_cast<int64_t>(rate / 5));
     ASSERT_TRUE(allFinite(out.left) && allFinite(out.right)) << rate;
-    EXPECT_GT(peakOf(out.left), 0.01f) << "silent at " << rate << " Hz";
-    EXPECT_LT(peakOf(out.left), 1000.0f) << rate;
+    EXPECT_GT(peak(out.left), 0.01f) << "silent at " << rate << " Hz";
+    EXPECT_LT(peak(out.left), 1000.0f) << rate;
   }
 }
 
@@ -89,7 +89,7 @@ TEST(ValidatorLifecycle, SampleRateChangesBetweenBlocksWithoutASuspend) {
       rig.plugin().processReplacing(left.data(), right.data(), frames);
       const std::span<const float> l(left.data(), static_cast<size_t>(frames));
       ASSERT_TRUE(allFinite(l)) << rate;
-      ASSERT_LT(peakOf(l), 1000.0f) << rate;
+      ASSERT_LT(peak(l), 1000.0f) << rate;
     }
   }
 }
@@ -102,7 +102,7 @@ TEST(ValidatorLifecycle, BlockSizesFromOneToTheLargestGiveTheSameSound) {
   PluginRig reference;
   ASSERT_TRUE(reference.start(44100.0));
   const auto expected = renderInBlocks(reference, frames, [] { return 512; });
-  ASSERT_GT(peakOf(expected.left), 0.01f);
+  ASSERT_GT(peak(expected.left), 0.01f);
   for (int size : {1, 7, 109, 110, 111, 1024, 4097, 32768, 65536}) {
     if (kSanitized && size == 1) continue;  // 140000 calls: too slow there
     PluginRig rig;
@@ -174,20 +174,20 @@ TEST(ValidatorLifecycle, SuspendEndsHeldNotesAndResumeTakesNewOnes) {
     rig.plugin().sendMidi(std::vector{host::MidiMessage::noteOn(0, 0, 60, 100),
                                       host::MidiMessage::noteOn(0, 0, 64, 100)});
     rig.plugin().processReplacing(left.data(), right.data(), 2048);
-    const float sounding = peakOf(left);
+    const float sounding = peak(left);
     ASSERT_GT(sounding, 0.01f) << "round " << round;
     rig.plugin().suspend();
     rig.plugin().resume();
     // Keys still down at the host, but the voices and the reverb tail are
     // gone; only the equaliser, which a suspend leaves alone, rings out.
     for (int i = 0; i < 3; ++i) rig.plugin().processReplacing(left.data(), right.data(), 2048);
-    ASSERT_LT(peakOf(left), sounding * 1e-4f) << "round " << round;
+    ASSERT_LT(peak(left), sounding * 1e-4f) << "round " << round;
     ASSERT_TRUE(allFinite(left) && allFinite(right));
     // The host's note-offs for keys the plug-in already dropped change nothing.
     rig.plugin().sendMidi(
         std::vector{host::MidiMessage::noteOff(0, 0, 60), host::MidiMessage::noteOff(0, 0, 64)});
     rig.plugin().processReplacing(left.data(), right.data(), 2048);
-    ASSERT_LT(peakOf(left), sounding * 1e-4f);
+    ASSERT_LT(peak(left), sounding * 1e-4f);
   }
 }
 

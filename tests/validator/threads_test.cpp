@@ -42,7 +42,7 @@ TEST(ValidatorThreads, SixteenInstancesRenderAtOnce) {
         }
         if (block % 40 == 30) plugin.sendMidi(std::vector{MidiMessage::noteOff(0, 0, 48 + i)});
         if (!renderFinite(plugin, left, right, 256)) failures.fetch_add(1);
-        loudest = std::max(loudest, peakOf(left));
+        loudest = std::max(loudest, peak(left));
       }
       if (loudest > 0.01f) sounding.fetch_add(1);
     });

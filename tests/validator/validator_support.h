@@ -107,10 +107,4 @@ struct Instance {
   }
 };
 
-inline float peakOf(std::span<const float> x) {
-  float p = 0.0f;
-  for (float v : x) p = std::max(p, std::fabs(v));
-  return p;
-}
-
 }  // namespace sablevox::testing
