@@ -1,0 +1,236 @@
+// Reading one track chunk: delta times, running status, meta and system
+// exclusive events, and the repairs of stray or broken bytes.
+#include "render/midi_track.h"
+
+#include <algorithm>
+#include <cstdio>
+
+namespace sablevox::render {
+namespace {
+
+constexpr uint32_t kDefaultMicrosPerQuarter = 500000;  // 120 BPM
+
+// Reads from a byte range; every read checks the end, and the first failure
+// sticks.
+class ByteReader {
+ public:
+  ByteReader(std::span<const unsigned char> bytes, size_t base) : bytes_(bytes), base_(base) {}
+
+  bool atEnd() const { return position_ >= bytes_.size(); }
+  size_t offset() const { return base_ + position_; }  // in the whole file
+  size_t left() const { return bytes_.size() - position_; }
+  bool failed() const { return failed_; }
+
+  unsigned char byte() {
+    if (position_ >= bytes_.size()) {
+      failed_ = true;
+      return 0;
+    }
+    return bytes_[position_++];
+  }
+  // The next byte, or 0xFF (a status byte) at the end.
+  unsigned char peek() const { return position_ < bytes_.size() ? bytes_[position_] : 0xFF; }
+  // At most four bytes, as the format allows (values below 2^28); a longer
+  // one sets `overlong` instead of failing.
+  uint32_t variable(bool& overlong) {
+    uint32_t value = 0;
+    for (int i = 0; i < 4; ++i) {
+      const unsigned char next = byte();
+      value = (value << 7) | (next & 0x7Fu);
+      if ((next & 0x80u) == 0) return value;
+    }
+    overlong = !failed_;
+    return value;
+  }
+  void skip(size_t count) {
+    if (count > left()) {
+      position_ = bytes_.size();
+      failed_ = true;
+      return;
+    }
+    position_ += count;
+  }
+
+ private:
+  std::span<const unsigned char> bytes_;
+  size_t base_;
+  size_t position_ = 0;
+  bool failed_ = false;
+};
+
+int dataBytesOf(unsigned char status) {
+  const int kind = status >> 4;
+  return kind == 0xC || kind == 0xD ? 1 : 2;
+}
+
+// Data bytes after a system common or real-time status byte.
+int systemDataBytesOf(unsigned char status) {
+  if (status == 0xF1 || status == 0xF3) return 1;
+  return status == 0xF2 ? 2 : 0;
+}
+
+}  // namespace
+
+std::string byteOffset(size_t offset) {
+  return " at byte " + std::to_string(offset);
+}
+
+std::string hexByte(unsigned value) {
+  char text[8];
+  std::snprintf(text, sizeof text, "0x%02X", value & 0xFFu);
+  return text;
+}
+
+MidiRepairs::~MidiRepairs() {
+  for (const Line& line : lines_) {
+    warnings_.push_back(line.repeats == 0 ? line.text
+                                          : line.text + " (and " + std::to_string(line.repeats) +
+                                                " more like it)");
+  }
+  if (unlisted_ > 0) warnings_.push_back(std::to_string(unlisted_) + " more repairs not listed");
+}
+
+bool MidiRepairs::note(const std::string& kind, const std::string& refusal,
+                       const std::string& warning) {
+  if (strict_ && !refusal.empty()) {
+    error_ = refusal;
+    return false;
+  }
+  auto same = std::find_if(lines_.begin(), lines_.end(),
+                           [&kind](const Line& line) { return line.kind == kind; });
+  if (same != lines_.end()) {
+    ++same->repeats;
+  } else if (lines_.size() < kMaxLines) {
+    lines_.push_back({kind, warning, 0});
+  } else {
+    ++unlisted_;
+  }
+  return true;
+}
+
+bool parseTrack(std::span<const unsigned char> region, size_t base, int track, int64_t firstTick,
+                MidiFile& file, MidiRepairs& repairs, TrackEnd& end) {
+  ByteReader in(region, base);
+  const std::string where = "track " + std::to_string(track + 1) + ": ";
+  int64_t tick = firstTick;
+  unsigned char running = 0;        // 0: no running status
+  bool interrupted = false;         // a meta or SysEx event came since `running` was set
+  bool statusWithoutDelta = false;  // a message broken off by a status byte: that byte follows
+  end = {false, false, base, firstTick};
+  while (!in.atEnd()) {
+    const size_t eventStart = in.offset();
+    if (!statusWithoutDelta) {
+      bool overlong = false;
+      tick += in.variable(overlong);
+      if (overlong) {
+        return repairs.note(where + "delta", where + "bad delta time" + byteOffset(eventStart),
+                            where + "delta time longer than four bytes" + byteOffset(eventStart) +
+                                "; the rest of the track is skipped");
+      }
+    }
+    statusWithoutDelta = false;
+    const size_t statusAt = in.offset();
+    unsigned char status = in.peek();
+    if (in.failed() || in.atEnd()) {
+      end.cutShort = true;
+      return true;
+    }
+    if (status >= 0x80) {
+      in.byte();
+    } else if (running == 0) {
+      const size_t stray = statusAt;
+      while (!in.atEnd() && in.peek() < 0x80) in.byte();
+      if (!repairs.note(where + "data",
+                        where + "data byte without a status byte" + byteOffset(stray),
+                        where + "skipped data bytes without a status byte" + byteOffset(stray)))
+        return false;
+      statusWithoutDelta = true;
+      continue;
+    } else {
+      status = running;
+      if (interrupted &&
+          !repairs.note(where + "running",
+                        where + "data byte without a status byte" + byteOffset(in.offset()),
+                        where + "running status " + hexByte(status) +
+                            " continued after a meta or system exclusive event" +
+                            byteOffset(in.offset())))
+        return false;
+      interrupted = false;
+    }
+    end.tick = std::max(end.tick, tick);
+    if (status == 0xFF || status == 0xF0 || status == 0xF7) {
+      const unsigned char type = status == 0xFF ? in.byte() : 0;
+      bool overlong = false;
+      const uint32_t length = in.variable(overlong);
+      if (in.failed() || overlong || length > in.left()) {
+        end.cutShort = true;
+        return true;
+      }
+      interrupted = running != 0;
+      if (status == 0xFF && type == 0x51) {
+        // A bad tempo event is tolerated even when reading strictly, as it
+        // always was: it is set right and reported.
+        if (length != 3) {
+          in.skip(length);
+          if (!repairs.note(where + "tempo", "",
+                            where + "ignored a tempo event of " + std::to_string(length) +
+                                " bytes" + byteOffset(statusAt)))
+            return false;
+        } else {
+          uint32_t micros = 0;
+          for (int i = 0; i < 3; ++i) micros = (micros << 8) | in.byte();
+          if (micros == 0) {
+            if (!repairs.note(
+                    where + "tempo", "",
+                    where + "tempo of zero" + byteOffset(statusAt) + "; 120 BPM used instead"))
+              return false;
+            micros = kDefaultMicrosPerQuarter;
+          }
+          file.tempos.push_back({tick, micros});
+        }
+      } else {
+        in.skip(length);
+      }
+      end.offset = in.offset();
+      if (status == 0xFF && type == 0x2F) {
+        end.endOfTrack = true;
+        return true;
+      }
+    } else if (status >= 0xF0) {
+      for (int i = systemDataBytesOf(status); i > 0 && in.peek() < 0x80; --i) in.byte();
+      end.offset = in.offset();
+      if (!repairs.note(where + "system " + hexByte(status),
+                        where + "system message " + hexByte(status) + " is not allowed in a file" +
+                            byteOffset(statusAt),
+                        where + "skipped system message " + hexByte(status) + byteOffset(statusAt)))
+        return false;
+    } else {
+      running = status;
+      MidiFileEvent event{tick, track, {status, 0, 0}, 1 + dataBytesOf(status)};
+      for (int i = 1; i < event.size; ++i) {
+        if (in.atEnd()) {
+          end.cutShort = true;
+          return true;
+        }
+        if (in.peek() >= 0x80) {
+          statusWithoutDelta = true;
+          break;
+        }
+        event.bytes[static_cast<size_t>(i)] = in.byte();
+      }
+      if (statusWithoutDelta) {
+        if (!repairs.note(
+                where + "broken", where + "status byte inside a message" + byteOffset(in.offset()),
+                where + "dropped the incomplete message " + hexByte(status) + byteOffset(statusAt)))
+          return false;
+        continue;
+      }
+      if ((status >> 4) == 0x9 && event.bytes[2] == 0) event.bytes[0] = 0x80 | (status & 0x0F);
+      file.events.push_back(event);
+      end.offset = in.offset();
+    }
+  }
+  return true;
+}
+
+}  // namespace sablevox::render
