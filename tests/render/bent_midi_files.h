@@ -13,7 +13,7 @@ namespace sablevox::testing {
 struct BentMidiFile {
   const char* name;
   Bytes bytes;
-  // The channel events read tolerantly, as "tick:status:data1" in hex, or
+  // The channel events read tolerantly, as "tick:status:data1:data2" in hex, or
   // nullptr when the file is refused even so.
   const char* events;
   const char* message;  // part of a warning, or of the refusal; "" for none
@@ -32,8 +32,8 @@ inline std::vector<BentMidiFile> bentMidiFiles() {
   const Bytes end = {0x00, 0xFF, 0x2F, 0x00};
   const Bytes note = joined({on, off, end});
   const Bytes other = {0x00, 0x91, 0x40, 0x64, 0x60, 0x81, 0x40, 0x40, 0x00, 0xFF, 0x2F, 0x00};
-  const char* const both = "0:90:3C 0:91:40 60:80:3C 60:81:40";
-  const char* const one = "0:90:3C 60:80:3C";
+  const char* const both = "0:90:3C:64 0:91:40:64 60:80:3C:40 60:81:40:40";
+  const char* const one = "0:90:3C:64 60:80:3C:40";
   // Two tracks, the first chunk's length changed by `delta` (its last byte).
   auto lengthOff = [&](int delta) {
     Bytes file = midiFile(1, 96, {note, other});
@@ -71,7 +71,8 @@ inline std::vector<BentMidiFile> bentMidiFiles() {
                          {0x00, 0xFF, 0x01, 0x02, 'h', 'i', 0x00, 0x3E, 0x64},
                          {0x00, 0xF0, 0x03, 0x7E, 0x01, 0xF7, 0x60, 0x3C, 0x00, 0x00, 0x3E, 0x00},
                          end})}),
-       "0:90:3C 0:90:3E 60:80:3C 60:80:3E", "continued after a meta or system exclusive", false},
+       "0:90:3C:64 0:90:3E:64 60:80:3C:00 60:80:3E:00",
+       "continued after a meta or system exclusive", false},
       {"chunk-length-one-too-long", lengthOff(1), both, "does not match its events", false},
       {"chunk-length-one-too-short", lengthOff(-1), both, "does not match its events", false},
       {"end-of-track-missing", midiFile(1, 96, {joined({on, off}), other}), both,
@@ -79,10 +80,10 @@ inline std::vector<BentMidiFile> bentMidiFiles() {
       {"end-of-track-early", midiFile(0, 96, {joined({note, {0x00, 0x00, 0x00}})}), one,
        "skipped 3 bytes after the end-of-track event at byte 34", true},
       {"chunk-past-end-of-file", past, one, "runs past the end of the file", false},
-      {"cut-inside-an-event", midiFile(0, 96, {joined({on, {0x60, 0x80, 0x3C}})}), "0:90:3C",
+      {"cut-inside-an-event", midiFile(0, 96, {joined({on, {0x60, 0x80, 0x3C}})}), "0:90:3C:64",
        "event at byte 26 is cut short", false},
-      {"format-2-patterns", midiFile(2, 96, {note, other}), "0:90:3C 60:80:3C 60:91:40 C0:81:40",
-       "", true},
+      {"format-2-patterns", midiFile(2, 96, {note, other}),
+       "0:90:3C:64 60:80:3C:40 60:91:40:64 C0:81:40:40", "", true},
       {"zero-tempo", midiFile(0, 96, {joined({{0x00, 0xFF, 0x51, 0x03, 0, 0, 0}, note})}), one,
        "tempo of zero at byte 23; 120 BPM", true},
       {"zero-division", midiFile(0, 0, {note}), one, "480 ticks per quarter note assumed", false},
