@@ -61,10 +61,9 @@ inline std::vector<BentMidiFile> bentMidiFiles() {
        midiFile(0, 96,
                 {joined({on,
                          {0x00, 0xF8, 0x00, 0xF2, 0x10, 0x20, 0x00, 0xF1, 0x05, 0x00, 0xF4},
-                         off,
-                         {0x00, 0xFE},
+                         {0x60, 0x80, 0xF8, 0x3C, 0x40, 0x00, 0xFE},  // 0xF8 inside a message
                          end})}),
-       one, "track 1: skipped system message 0xF8 at byte 27", false},
+       one, "track 1: skipped system message 0xF8 at byte 27 (and 1 more like it)", false},
       {"running-status-across-meta-and-sysex",
        midiFile(0, 96,
                 {joined({on,

@@ -69,6 +69,14 @@ int systemDataBytesOf(unsigned char status) {
   return status == 0xF2 ? 2 : 0;
 }
 
+bool skippedSystemMessage(MidiRepairs& repairs, const std::string& where, unsigned char status,
+                          size_t offset) {
+  return repairs.note(where + "system " + hexByte(status),
+                      where + "system message " + hexByte(status) + " is not allowed in a file" +
+                          byteOffset(offset),
+                      where + "skipped system message " + hexByte(status) + byteOffset(offset));
+}
+
 }  // namespace
 
 std::string byteOffset(size_t offset) {
@@ -199,11 +207,7 @@ bool parseTrack(std::span<const unsigned char> region, size_t base, int track, i
     } else if (status >= 0xF0) {
       for (int i = systemDataBytesOf(status); i > 0 && in.peek() < 0x80; --i) in.byte();
       end.offset = in.offset();
-      if (!repairs.note(where + "system " + hexByte(status),
-                        where + "system message " + hexByte(status) + " is not allowed in a file" +
-                            byteOffset(statusAt),
-                        where + "skipped system message " + hexByte(status) + byteOffset(statusAt)))
-        return false;
+      if (!skippedSystemMessage(repairs, where, status, statusAt)) return false;
     } else {
       running = status;
       MidiFileEvent event{tick, track, {status, 0, 0}, 1 + dataBytesOf(status)};
@@ -211,6 +215,14 @@ bool parseTrack(std::span<const unsigned char> region, size_t base, int track, i
         if (in.atEnd()) {
           end.cutShort = true;
           return true;
+        }
+        if (in.peek() >= 0xF8 && in.peek() != 0xFF) {
+          // A real-time byte may fall inside a message, as on a MIDI cable.
+          const size_t at = in.offset();
+          const unsigned char stray = in.byte();
+          if (!skippedSystemMessage(repairs, where, stray, at)) return false;
+          --i;
+          continue;
         }
         if (in.peek() >= 0x80) {
           statusWithoutDelta = true;
