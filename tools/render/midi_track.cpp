@@ -210,25 +210,25 @@ bool parseTrack(std::span<const unsigned char> region, size_t base, int track, i
       if (!skippedSystemMessage(repairs, where, status, statusAt)) return false;
     } else {
       running = status;
+      interrupted = false;
       MidiFileEvent event{tick, track, {status, 0, 0}, 1 + dataBytesOf(status)};
-      for (int i = 1; i < event.size; ++i) {
+      for (size_t filled = 1; filled < static_cast<size_t>(event.size);) {
         if (in.atEnd()) {
           end.cutShort = true;
           return true;
         }
-        if (in.peek() >= 0xF8 && in.peek() != 0xFF) {
+        const size_t at = in.offset();
+        const unsigned char next = in.peek();
+        if (next < 0x80) {
+          event.bytes[filled++] = in.byte();
+        } else if (next >= 0xF8 && next != 0xFF) {
           // A real-time byte may fall inside a message, as on a MIDI cable.
-          const size_t at = in.offset();
-          const unsigned char stray = in.byte();
-          if (!skippedSystemMessage(repairs, where, stray, at)) return false;
-          --i;
-          continue;
-        }
-        if (in.peek() >= 0x80) {
+          in.byte();
+          if (!skippedSystemMessage(repairs, where, next, at)) return false;
+        } else {
           statusWithoutDelta = true;
           break;
         }
-        event.bytes[static_cast<size_t>(i)] = in.byte();
       }
       if (statusWithoutDelta) {
         if (!repairs.note(
