@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <string_view>
 
 #include "render/midi_track.h"
 
@@ -33,10 +34,9 @@ bool tagAt(Bytes bytes, size_t offset, const char* tag) {
 
 // The first offset at or after `from` where `tag` stands, or the end.
 size_t find(Bytes bytes, size_t from, const char* tag) {
-  for (size_t at = from; at + 4 <= bytes.size(); ++at) {
-    if (tagAt(bytes, at, tag)) return at;
-  }
-  return bytes.size();
+  const std::string_view text(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+  const size_t at = from < text.size() ? text.find(tag, from, 4) : std::string_view::npos;
+  return at == std::string_view::npos ? bytes.size() : at;
 }
 
 // Whether a chunk header (a type of four letters, digits or blanks, then a
@@ -64,8 +64,11 @@ bool readHeader(Bytes bytes, MidiFile& file, MidiRepairs& repairs, int& declared
         bytes.empty() ? "not a MIDI file: it is empty" : "not a Standard MIDI File: no MThd header";
     return false;
   }
-  if (start > 0 && !repairs.note("prefix", "not a Standard MIDI File: no MThd header at its start",
-                                 "skipped " + counted(start, "byte") + " before the MThd header"))
+  if (start > 0 &&
+      !repairs.note(
+          -1, kPrefix,
+          [] { return std::string("not a Standard MIDI File: no MThd header at its start"); },
+          [&] { return "skipped " + counted(start, "byte") + " before the MThd header"; }))
     return false;
   if (bytes.size() - start < 14) {
     error = "truncated MIDI file: the header is incomplete";
@@ -77,18 +80,23 @@ bool readHeader(Bytes bytes, MidiFile& file, MidiRepairs& repairs, int& declared
   const uint32_t division = fixedAt(bytes, start + 12, 2);
   position = start + 14;
   if (headerLength < 6 || start + 8 + headerLength > bytes.size()) {
-    if (!repairs.note("header", "truncated MIDI file: the header is incomplete",
-                      "header length " + std::to_string(headerLength) + byteOffset(start + 4) +
-                          " is wrong; read as 6"))
+    if (!repairs.note(
+            -1, kHeaderLength,
+            [] { return std::string("truncated MIDI file: the header is incomplete"); },
+            [&] {
+              return "header length " + std::to_string(headerLength) + byteOffset(start + 4) +
+                     " is wrong; read as 6";
+            }))
       return false;
   } else {
     position = static_cast<size_t>(start + 8 + headerLength);
   }
   if (file.format > 2) {
-    if (!repairs.note("format",
-                      "MIDI file format " + std::to_string(file.format) +
-                          " is not supported (only 0, 1 and 2)",
-                      "unknown format " + std::to_string(file.format) + "; played as format 1"))
+    const std::string format = std::to_string(file.format);
+    if (!repairs.note(
+            -1, kUnknownFormat,
+            [&] { return "MIDI file format " + format + " is not supported (only 0, 1 and 2)"; },
+            [&] { return "unknown format " + format + "; played as format 1"; }))
       return false;
     file.format = 1;
   }
@@ -100,10 +108,13 @@ bool readHeader(Bytes bytes, MidiFile& file, MidiRepairs& repairs, int& declared
     file.ticksPerQuarter = static_cast<int>(division);
   }
   if (file.ticksPerQuarter == 0 && file.smpteTicksPerFrame == 0) {
-    if (!repairs.note("division", "bad MIDI file: time division is zero",
-                      "time division " + hexByte(division >> 8) + hexByte(division).substr(2) +
-                          " is not usable; " + std::to_string(kDefaultTicksPerQuarter) +
-                          " ticks per quarter note assumed"))
+    if (!repairs.note(
+            -1, kZeroDivision, [] { return std::string("bad MIDI file: time division is zero"); },
+            [&] {
+              return "time division " + hexByte(division >> 8) + hexByte(division).substr(2) +
+                     " is not usable; " + std::to_string(kDefaultTicksPerQuarter) +
+                     " ticks per quarter note assumed";
+            }))
       return false;
     file.smpteFramesPerSecond = 0.0;
     file.smpteTicksPerFrame = 0;
@@ -120,21 +131,25 @@ bool readTrackChunk(Bytes bytes, size_t& position, int64_t firstTick, bool stric
   const uint64_t length = fixedAt(bytes, position + 4, 4);
   const size_t dataStart = position + 8;
   const uint64_t declaredEnd = dataStart + length;
-  const std::string where = "track " + std::to_string(file.trackCount + 1) + ": ";
+  const int track = file.trackCount;
+  const TrackLabel where{track};
   const bool fits = declaredEnd <= bytes.size();
   if (!fits && strict) {  // a refusal
-    return repairs.note("length",
-                        "truncated MIDI file: a chunk of " + counted(length, "byte") +
-                            " runs past the end" + byteOffset(position),
-                        "");
+    return repairs.note(
+        track, kChunkPastEnd,
+        [&] {
+          return "truncated MIDI file: a chunk of " + counted(length, "byte") +
+                 " runs past the end" + byteOffset(position);
+        },
+        noRefusal);
   }
   const bool trusted =
       strict || (fits && (declaredEnd == bytes.size() || chunkAt(bytes, declaredEnd)));
   const size_t regionEnd =
       trusted ? static_cast<size_t>(declaredEnd) : find(bytes, dataStart, "MTrk");
   TrackEnd end;
-  if (!parseTrack(bytes.subspan(dataStart, regionEnd - dataStart), dataStart, file.trackCount,
-                  firstTick, file, repairs, end))
+  if (!parseTrack(bytes.subspan(dataStart, regionEnd - dataStart), dataStart, track, firstTick,
+                  file, repairs, end))
     return false;
   if (trusted) {
     const bool nextTrackThere =
@@ -146,29 +161,39 @@ bool readTrackChunk(Bytes bytes, size_t& position, int64_t firstTick, bool stric
     position = chunkThere ? end.offset : regionEnd;
     std::string repair;
     if (!fits) {
-      repair = where + "chunk of " + counted(length, "byte") + " runs past the end of the file; " +
+      repair = where() + "chunk of " + counted(length, "byte") +
+               " runs past the end of the file; " +
                (regionEnd < bytes.size() ? "read up to the next track" + byteOffset(regionEnd)
                                          : "played what is there");
     } else if (end.offset != declaredEnd) {
-      repair = where + "chunk length " + std::to_string(length) + byteOffset(dataStart - 4) +
+      repair = where() + "chunk length " + std::to_string(length) + byteOffset(dataStart - 4) +
                " does not match its events; resynchronised" + byteOffset(position);
     }
-    if (!repair.empty() && !repairs.note(where + "length", "", repair)) return false;
+    if (!repair.empty() &&
+        !repairs.note(track, kTrackLength, noRefusal, [&] { return std::move(repair); }))
+      return false;
   }
   if (end.cutShort && fits &&
-      !repairs.note(where + "cut",
-                    where + "truncated, the data ends inside an event" + byteOffset(regionEnd),
-                    where + "the event" + byteOffset(end.offset) +
-                        " is cut short; the events before it are played"))
+      !repairs.note(
+          track, kCutShort,
+          [&] {
+            return where() + "truncated, the data ends inside an event" + byteOffset(regionEnd);
+          },
+          [&] {
+            return where() + "the event" + byteOffset(end.offset) +
+                   " is cut short; the events before it are played";
+          }))
     return false;
   if (fits && !end.cutShort && !end.endOfTrack &&
-      !repairs.note(where + "end", "",
-                    where + "no end-of-track event; the track ends" + byteOffset(regionEnd)))
+      !repairs.note(track, kNoEndOfTrack, noRefusal, [&] {
+        return where() + "no end-of-track event; the track ends" + byteOffset(regionEnd);
+      }))
     return false;
   if (trusted && end.endOfTrack && end.offset < declaredEnd &&
-      !repairs.note(where + "early", "",
-                    where + "skipped " + counted(declaredEnd - end.offset, "byte") +
-                        " after the end-of-track event" + byteOffset(end.offset)))
+      !repairs.note(track, kEarlyEnd, noRefusal, [&] {
+        return where() + "skipped " + counted(declaredEnd - end.offset, "byte") +
+               " after the end-of-track event" + byteOffset(end.offset);
+      }))
     return false;
   file.lastTick = std::max(file.lastTick, end.tick);
   ++file.trackCount;
@@ -183,19 +208,22 @@ bool readChunks(Bytes bytes, size_t position, int declaredTracks, bool strict, M
     if (!chunkAt(bytes, position)) {
       // No chunk here, so no whole "MTrk" header either.
       const size_t next = find(bytes, position + 1, "MTrk");
-      const std::string skipped = counted(next - position, "byte");
-      const std::string refusal = "truncated MIDI file: " + counted(declaredTracks, "track") +
-                                  " declared, " + std::to_string(file.trackCount) + " found" +
-                                  byteOffset(position);
+      auto skipped = [&] { return counted(next - position, "byte"); };
+      auto refusal = [&] {
+        return "truncated MIDI file: " + counted(declaredTracks, "track") + " declared, " +
+               std::to_string(file.trackCount) + " found" + byteOffset(position);
+      };
       if (next == bytes.size()) {
-        if (!repairs.note("tail", refusal,
-                          "ignored " + skipped + " after the last chunk" + byteOffset(position)))
+        if (!repairs.note(-1, kTrailingBytes, refusal, [&] {
+              return "ignored " + skipped() + " after the last chunk" + byteOffset(position);
+            }))
           return false;
         break;
       }
-      if (!repairs.note("junk", refusal,
-                        "skipped " + skipped + " of garbage" + byteOffset(position) +
-                            ", up to the next track chunk"))
+      if (!repairs.note(-1, kGarbage, refusal, [&] {
+            return "skipped " + skipped() + " of garbage" + byteOffset(position) +
+                   ", up to the next track chunk";
+          }))
         return false;
       position = next;
       continue;
@@ -217,12 +245,17 @@ bool readChunks(Bytes bytes, size_t position, int declaredTracks, bool strict, M
       continue;
     }
     const size_t next = find(bytes, position + 8, "MTrk");
-    if (!repairs.note("chunk",
-                      "truncated MIDI file: a chunk of " + counted(end - position - 8, "byte") +
-                          " runs past the end" + byteOffset(position),
-                      "a chunk of unknown type" + byteOffset(position) +
-                          " runs past the end of the file; skipped" +
-                          (next < bytes.size() ? " up to the next track chunk" : "")))
+    if (!repairs.note(
+            -1, kChunkPastEnd,
+            [&] {
+              return "truncated MIDI file: a chunk of " + counted(end - position - 8, "byte") +
+                     " runs past the end" + byteOffset(position);
+            },
+            [&] {
+              return "a chunk of unknown type" + byteOffset(position) +
+                     " runs past the end of the file; skipped" +
+                     (next < bytes.size() ? " up to the next track chunk" : "");
+            }))
       return false;
     position = next;
   }
@@ -247,16 +280,22 @@ bool parseMidiFile(std::span<const unsigned char> bytes, MidiFile& file, std::st
       return false;
     }
     if (file.trackCount != declaredTracks &&
-        !repairs.note("count",
-                      "truncated MIDI file: " + counted(declaredTracks, "track") + " declared, " +
-                          std::to_string(file.trackCount) + " found",
-                      counted(declaredTracks, "track") + " declared, " +
-                          std::to_string(file.trackCount) + " found; all of those are played"))
+        !repairs.note(
+            -1, kTrackCount,
+            [&] {
+              return "truncated MIDI file: " + counted(declaredTracks, "track") + " declared, " +
+                     std::to_string(file.trackCount) + " found";
+            },
+            [&] {
+              return counted(declaredTracks, "track") + " declared, " +
+                     std::to_string(file.trackCount) + " found; all of those are played";
+            }))
       return false;
     if (file.format == 0 && file.trackCount > 1 &&
-        !repairs.note(
-            "format 0", "",
-            "format 0 with " + counted(file.trackCount, "track") + "; they are played together"))
+        !repairs.note(-1, kFormat0Tracks, noRefusal, [&] {
+          return "format 0 with " + counted(file.trackCount, "track") +
+                 "; they are played together";
+        }))
       return false;
   }
   std::stable_sort(file.events.begin(), file.events.end(),

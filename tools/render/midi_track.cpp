@@ -69,12 +69,15 @@ int systemDataBytesOf(unsigned char status) {
   return status == 0xF2 ? 2 : 0;
 }
 
-bool skippedSystemMessage(MidiRepairs& repairs, const std::string& where, unsigned char status,
-                          size_t offset) {
-  return repairs.note(where + "system " + hexByte(status),
-                      where + "system message " + hexByte(status) + " is not allowed in a file" +
-                          byteOffset(offset),
-                      where + "skipped system message " + hexByte(status) + byteOffset(offset));
+bool skippedSystemMessage(MidiRepairs& repairs, int track, unsigned char status, size_t offset) {
+  const TrackLabel where{track};
+  return repairs.note(
+      track, status,
+      [&] {
+        return where() + "system message " + hexByte(status) + " is not allowed in a file" +
+               byteOffset(offset);
+      },
+      [&] { return where() + "skipped system message " + hexByte(status) + byteOffset(offset); });
 }
 
 }  // namespace
@@ -98,28 +101,10 @@ MidiRepairs::~MidiRepairs() {
   if (unlisted_ > 0) warnings_.push_back(std::to_string(unlisted_) + " more repairs not listed");
 }
 
-bool MidiRepairs::note(const std::string& kind, const std::string& refusal,
-                       const std::string& warning) {
-  if (strict_ && !refusal.empty()) {
-    error_ = refusal;
-    return false;
-  }
-  auto same = std::find_if(lines_.begin(), lines_.end(),
-                           [&kind](const Line& line) { return line.kind == kind; });
-  if (same != lines_.end()) {
-    ++same->repeats;
-  } else if (lines_.size() < kMaxLines) {
-    lines_.push_back({kind, warning, 0});
-  } else {
-    ++unlisted_;
-  }
-  return true;
-}
-
 bool parseTrack(std::span<const unsigned char> region, size_t base, int track, int64_t firstTick,
                 MidiFile& file, MidiRepairs& repairs, TrackEnd& end) {
   ByteReader in(region, base);
-  const std::string where = "track " + std::to_string(track + 1) + ": ";
+  const TrackLabel where{track};
   int64_t tick = firstTick;
   unsigned char running = 0;        // 0: no running status
   bool interrupted = false;         // a meta or SysEx event came since `running` was set
@@ -131,9 +116,12 @@ bool parseTrack(std::span<const unsigned char> region, size_t base, int track, i
       bool overlong = false;
       tick += in.variable(overlong);
       if (overlong) {
-        return repairs.note(where + "delta", where + "bad delta time" + byteOffset(eventStart),
-                            where + "delta time longer than four bytes" + byteOffset(eventStart) +
-                                "; the rest of the track is skipped");
+        return repairs.note(
+            track, kLongDelta, [&] { return where() + "bad delta time" + byteOffset(eventStart); },
+            [&] {
+              return where() + "delta time longer than four bytes" + byteOffset(eventStart) +
+                     "; the rest of the track is skipped";
+            });
       }
     }
     statusWithoutDelta = false;
@@ -148,20 +136,25 @@ bool parseTrack(std::span<const unsigned char> region, size_t base, int track, i
     } else if (running == 0) {
       const size_t stray = statusAt;
       while (!in.atEnd() && in.peek() < 0x80) in.byte();
-      if (!repairs.note(where + "data",
-                        where + "data byte without a status byte" + byteOffset(stray),
-                        where + "skipped data bytes without a status byte" + byteOffset(stray)))
+      if (!repairs.note(
+              track, kNoStatus,
+              [&] { return where() + "data byte without a status byte" + byteOffset(stray); },
+              [&] {
+                return where() + "skipped data bytes without a status byte" + byteOffset(stray);
+              }))
         return false;
       statusWithoutDelta = true;
       continue;
     } else {
       status = running;
       if (interrupted &&
-          !repairs.note(where + "running",
-                        where + "data byte without a status byte" + byteOffset(in.offset()),
-                        where + "running status " + hexByte(status) +
-                            " continued after a meta or system exclusive event" +
-                            byteOffset(in.offset())))
+          !repairs.note(
+              track, kRunningAfterMeta,
+              [&] { return where() + "data byte without a status byte" + byteOffset(statusAt); },
+              [&] {
+                return where() + "running status " + hexByte(status) +
+                       " continued after a meta or system exclusive event" + byteOffset(statusAt);
+              }))
         return false;
       interrupted = false;
     }
@@ -180,17 +173,19 @@ bool parseTrack(std::span<const unsigned char> region, size_t base, int track, i
         // always was: it is set right and reported.
         if (length != 3) {
           in.skip(length);
-          if (!repairs.note(where + "tempo", "",
-                            where + "ignored a tempo event of " + std::to_string(length) +
-                                " bytes" + byteOffset(statusAt)))
+          if (!repairs.note(track, kBadTempo, noRefusal, [&] {
+                return where() + "ignored a tempo event of " + std::to_string(length) + " bytes" +
+                       byteOffset(statusAt);
+              }))
             return false;
         } else {
           uint32_t micros = 0;
           for (int i = 0; i < 3; ++i) micros = (micros << 8) | in.byte();
           if (micros == 0) {
-            if (!repairs.note(
-                    where + "tempo", "",
-                    where + "tempo of zero" + byteOffset(statusAt) + "; 120 BPM used instead"))
+            if (!repairs.note(track, kBadTempo, noRefusal, [&] {
+                  return where() + "tempo of zero" + byteOffset(statusAt) +
+                         "; 120 BPM used instead";
+                }))
               return false;
             micros = kDefaultMicrosPerQuarter;
           }
@@ -207,7 +202,7 @@ bool parseTrack(std::span<const unsigned char> region, size_t base, int track, i
     } else if (status >= 0xF0) {
       for (int i = systemDataBytesOf(status); i > 0 && in.peek() < 0x80; --i) in.byte();
       end.offset = in.offset();
-      if (!skippedSystemMessage(repairs, where, status, statusAt)) return false;
+      if (!skippedSystemMessage(repairs, track, status, statusAt)) return false;
     } else {
       running = status;
       interrupted = false;
@@ -224,7 +219,7 @@ bool parseTrack(std::span<const unsigned char> region, size_t base, int track, i
         } else if (next >= 0xF8 && next != 0xFF) {
           // A real-time byte may fall inside a message, as on a MIDI cable.
           in.byte();
-          if (!skippedSystemMessage(repairs, where, next, at)) return false;
+          if (!skippedSystemMessage(repairs, track, next, at)) return false;
         } else {
           statusWithoutDelta = true;
           break;
@@ -232,8 +227,12 @@ bool parseTrack(std::span<const unsigned char> region, size_t base, int track, i
       }
       if (statusWithoutDelta) {
         if (!repairs.note(
-                where + "broken", where + "status byte inside a message" + byteOffset(in.offset()),
-                where + "dropped the incomplete message " + hexByte(status) + byteOffset(statusAt)))
+                track, kBrokenMessage,
+                [&] { return where() + "status byte inside a message" + byteOffset(in.offset()); },
+                [&] {
+                  return where() + "dropped the incomplete message " + hexByte(status) +
+                         byteOffset(statusAt);
+                }))
           return false;
         continue;
       }

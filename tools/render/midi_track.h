@@ -12,27 +12,74 @@
 
 namespace sablevox::render {
 
+// What a repair is about: with the track, the key that groups repeats. A
+// system message's code is its status byte.
+enum RepairCode : unsigned {
+  kLongDelta = 0x100,
+  kNoStatus,
+  kRunningAfterMeta,
+  kBadTempo,
+  kBrokenMessage,
+  kTrackLength,
+  kCutShort,
+  kNoEndOfTrack,
+  kEarlyEnd,
+  kPrefix,
+  kHeaderLength,
+  kUnknownFormat,
+  kZeroDivision,
+  kTrailingBytes,
+  kGarbage,
+  kChunkPastEnd,
+  kTrackCount,
+  kFormat0Tracks,
+};
+
 // The warnings of one file. Repeats of one kind of repair (the same system
 // message in the same track, say) make one line that counts them, and the
 // number of lines is capped, so that a file of a million stray clock bytes
-// cannot flood the terminal or the memory.
+// cannot flood the terminal or the memory. The texts are made only when
+// used: fuzzed input repairs something at almost every byte.
 class MidiRepairs {
  public:
   MidiRepairs(MidiReading reading, std::vector<std::string>& warnings, std::string& error)
       : strict_(reading == MidiReading::strict), warnings_(warnings), error_(error) {}
-  ~MidiRepairs();
+  ~MidiRepairs();  // hands the lines over to `warnings`
   MidiRepairs(const MidiRepairs&) = delete;
   MidiRepairs& operator=(const MidiRepairs&) = delete;
 
-  // Records a departure from the format. Reading strictly, a departure with
-  // a refusal text stops the reading: false, and the error is that text.
-  // Otherwise the warning is kept; `kind` groups repeats.
-  bool note(const std::string& kind, const std::string& refusal, const std::string& warning);
+  // Records a departure from the format in `track` (-1: the file's framing).
+  // Reading strictly, a departure whose `refusal()` text is not empty stops
+  // the reading: false, and the error is that text. Otherwise `warning()`
+  // makes the line, unless one of the same code and track is there.
+  template <typename Refusal, typename Warning>
+  bool note(int track, unsigned code, const Refusal& refusal, const Warning& warning) {
+    if (strict_) {
+      std::string text = refusal();
+      if (!text.empty()) {
+        error_ = std::move(text);
+        return false;
+      }
+    }
+    const uint64_t kind = (static_cast<uint64_t>(track + 1) << 16) | code;
+    for (Line& line : lines_) {
+      if (line.kind == kind) {
+        ++line.repeats;
+        return true;
+      }
+    }
+    if (lines_.size() < kMaxLines) {
+      lines_.push_back({kind, warning(), 0});
+    } else {
+      ++unlisted_;
+    }
+    return true;
+  }
 
  private:
   static constexpr size_t kMaxLines = 40;
   struct Line {
-    std::string kind;
+    uint64_t kind;
     std::string text;
     int64_t repeats;
   };
@@ -42,6 +89,17 @@ class MidiRepairs {
   std::vector<Line> lines_;
   int64_t unlisted_ = 0;
 };
+
+// "track N: ", made only when a message needs it.
+struct TrackLabel {
+  int track;  // from 0
+  std::string operator()() const { return "track " + std::to_string(track + 1) + ": "; }
+};
+
+// For a repair that strict reading makes too (and reports).
+inline std::string noRefusal() {
+  return {};
+}
 
 // Where a track's reading stopped.
 struct TrackEnd {
