@@ -166,11 +166,18 @@ TEST(MidiFile, WhatIsNotAMidiFileIsRefused) {
   EXPECT_NE(error.find("format 3 is not supported"), std::string::npos);
 }
 
-TEST(MidiFile, SmpteDivisionCountsTicksPerSecond) {
+TEST(MidiFile, SmpteDivisionAndTheTemposOfFormat2Patterns) {
   // -25 frames a second, 40 ticks a frame: 1000 ticks a second.
   const MidiFile file = parsed(midiFile(0, 0xE728, {{0x00, 0xFF, 0x2F, 0x00}}));
   EXPECT_EQ(file.smpteFramesPerSecond, 25.0);
   EXPECT_EQ(file.smpteTicksPerFrame, 40);
+  // A pattern that sets no tempo plays at 120 BPM, whatever came before it.
+  const Bytes fast = {0x00, 0xFF, 0x51, 0x03, 0x03, 0xD0, 0x90, 0x60, 0xFF, 0x2F, 0x00};
+  const MidiFile patterns = parsed(midiFile(2, 96, {fast, {0x60, 0xFF, 0x2F, 0x00}}));
+  ASSERT_EQ(patterns.tempos.size(), 2u);
+  EXPECT_EQ(patterns.tempos[1].tick, 96);
+  EXPECT_EQ(patterns.tempos[1].microsPerQuarter, 500000u);
+  EXPECT_EQ(patterns.lastTick, 192);
 }
 
 }  // namespace
