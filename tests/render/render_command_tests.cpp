@@ -13,6 +13,7 @@
 #include <fstream>
 #include <sstream>
 
+#include "bent_midi_files.h"
 #include "render/render_session.h"
 
 namespace sablevox::render {
@@ -117,13 +118,23 @@ TEST_F(RenderCommand, SameInputTwiceGivesIdenticalAudioAndASummary) {
 TEST_F(RenderCommand, FailuresExitWithAReasonAndWriteNothing) {
   const std::string garbage = path("garbage.mid");
   std::ofstream(garbage) << "MThd but not really";
+  const std::string empty = path("empty.mid");
+  std::ofstream{empty};
+  const std::string bent = path("bent.mid");
+  const testing::Bytes stray = testing::bentMidiFiles().front().bytes;
+  std::ofstream(bent, std::ios::binary)
+      .write(reinterpret_cast<const char*>(stray.data()),
+             static_cast<std::streamsize>(stray.size()));
   const std::string out = path("out.wav");
   const struct {
     std::vector<std::string> args;
     int status;
     const char* message;
   } cases[] = {
-      {{garbage, "-o", out}, 2, "truncated MIDI file"},
+      {{garbage, "-o", out}, 2, "garbage.mid: not a MIDI file"},
+      {{empty, "-o", out}, 2, "empty.mid: not a MIDI file: it is empty"},
+      {{folder_.string(), "-o", out}, 2, "a directory, not a MIDI file"},
+      {{bent, "--strict", "-o", out}, 2, "bent.mid: track 1: system message 0xF8 is not allowed"},
       {{path("missing.mid"), "-o", out}, 2, "cannot read MIDI file"},
       {{"--set", "NoSuchKnob=0.5", "-o", out}, 3, "unknown parameter 'NoSuchKnob'"},
       {{"--set", "FiltType=LP Nothing", "-o", out}, 3, "neither a number nor one of its choices"},
@@ -142,7 +153,16 @@ TEST_F(RenderCommand, FailuresExitWithAReasonAndWriteNothing) {
   std::vector<std::string> left;
   for (const auto& entry : fs::directory_iterator(folder_)) left.push_back(entry.path().filename());
   std::sort(left.begin(), left.end());
-  EXPECT_EQ(left, (std::vector<std::string>{"config", "garbage.mid"}));
+  EXPECT_EQ(left, (std::vector<std::string>{"bent.mid", "config", "empty.mid", "garbage.mid"}));
+  // Without --strict the bent file plays, with one warning line per repair.
+  std::string output;
+  ASSERT_EQ(run({bent, "--tail", "0", "--quality", "low", "-o", out}, output), 0) << output;
+  EXPECT_NE(output.find("warning: " + bent +
+                        ": track 1: skipped system message 0xF8 at byte 27 (and 1 more like it)\n"),
+            std::string::npos)
+      << output;
+  EXPECT_EQ(std::count(output.begin(), output.end(), '\n'), 6) << output;
+  EXPECT_TRUE(fs::exists(out));
 }
 
 TEST_F(RenderCommand, InfoAndListsReportWhatTheHostSees) {

@@ -151,6 +151,8 @@ bool parseOptions(std::span<const std::string> args, Options& options, std::stri
       return false;
     } else if (arg == "--demo") {
       demo = true;
+    } else if (arg == "--strict") {
+      options.strict = true;
     } else if (arg == "--list-params") {
       options.command = Command::listParams;
     } else if (arg == "--list-programs") {
@@ -182,8 +184,9 @@ std::string usageText() {
        sablevox-render info [--plugin FILE]
        sablevox-render --list-params | --list-programs [--plugin FILE] [settings]
 
-Renders a Standard MIDI File (format 0 or 1; without one, the built-in demo
-phrase) through a VST 2 instrument and writes the audio.
+Renders a Standard MIDI File (format 0, 1 or 2; without one, the built-in
+demo phrase) through a VST 2 instrument and writes the audio. A file that
+bends the format is repaired as players do, with a warning for each repair.
 
   -o, --output FILE     output file, .wav or .flac (default: the input's name
                         with .wav, or sablevox-demo.wav)
@@ -194,6 +197,7 @@ phrase) through a VST 2 instrument and writes the audio.
   --block-size FRAMES   default 512
   --tempo BPM           one tempo replacing the file's tempo map
   --tail SECONDS        rendered after the last MIDI event (default 2)
+  --strict              refuse a MIDI file that needs repairs
   --program N           program to start with
   --set NAME=VALUE      a parameter by the name the plug-in reports; VALUE is
                         0 to 1, or for a Sablevox choice parameter the name

@@ -28,6 +28,7 @@ struct Options {
   double tail = 2.0;              // seconds rendered after the last MIDI event
   SampleFormat format = SampleFormat::pcm24;
   bool formatGiven = false;
+  bool strict = false;  // refuse a MIDI file that needs repairs instead of warning
 };
 
 // Reads the arguments (without the program name). False with a message for an

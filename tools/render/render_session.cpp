@@ -42,9 +42,11 @@ int render(const Options& options, std::ostream& out, std::ostream& err, bool pr
   };
   MidiFile midi;
   std::string error;
+  const MidiReading reading = options.strict ? MidiReading::strict : MidiReading::tolerant;
   const bool read = options.input.empty() ? parseMidiFile(demoPhraseFile(), midi, error)
-                                          : readMidiFile(options.input, midi, error);
+                                          : readMidiFile(options.input, midi, error, reading);
   if (!read) return fail(kExitInput, error);
+  for (const std::string& warning : midi.warnings) err << "warning: " << warning << '\n';
   const std::string path = outputPath(options);
   if (!checkAudioFileName(path, options.format, error)) return fail(kExitUsage, error);
 
