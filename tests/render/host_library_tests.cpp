@@ -226,6 +226,12 @@ TEST(HostLibrary, RenderDeliversEventsAtTheirFrameAndEndsBlocksAtResets) {
       }
     }
   }
+  // A hook that answers false stops the render before that block.
+  auto plugin = loadFake();
+  std::vector<float> left, right;
+  EXPECT_FALSE(plugin->render(events, 5000, 1000, left, right,
+                              [](int64_t start, VstInt32) { return start < 2000; }));
+  EXPECT_EQ(FakePlugin::state().framesRendered, kSettle + 2000);
 }
 
 TEST(HostLibrary, RendersAmsynthThroughTheSameLibrary) {
