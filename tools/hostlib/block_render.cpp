@@ -79,13 +79,14 @@ bool Plugin::renderStream(std::span<const TimedMidi> events, int64_t frames, Vst
   }
 
   int64_t holdUntil = INT64_MIN;  // no event is sent in a block starting before this frame
+  size_t reset = nextResetEnd(events, next);
   for (int64_t start = 0; start < frames;) {
     int64_t end = std::min<int64_t>(start + blockSize, frames);
     size_t last = next;
     if (start < holdUntil) {
       end = std::min(end, holdUntil);
     } else {
-      const size_t reset = nextResetEnd(events, next);
+      if (reset < next) reset = nextResetEnd(events, next);
       bool endsAtReset = false;
       if (reset < events.size()) {
         const int64_t at = std::max(events[reset].frame, start);
