@@ -32,8 +32,8 @@ std::string outputPath(const Options& options) {
   return std::filesystem::path(options.input).replace_extension(".wav").string();
 }
 
-std::string hoursAndMinutes(int64_t frames, int sampleRate) {
-  const auto minutes = static_cast<int64_t>(static_cast<double>(frames) / sampleRate / 60.0);
+std::string hoursAndMinutes(double seconds) {
+  const auto minutes = static_cast<int64_t>(seconds / 60.0);
   return std::to_string(minutes / 60) + " h " + std::to_string(minutes % 60) + " min";
 }
 
@@ -48,18 +48,19 @@ bool readInput(const Options& options, MidiFile& midi, std::string& error) {
 }
 
 // A render longer than the output can hold (or than a day) is refused
-// before it starts.
-bool checkLength(const Options& options, const std::string& path, int64_t frames,
+// before it starts. The length is checked in seconds first, since a file of
+// huge delta times may lie beyond any count of frames.
+bool checkLength(const Options& options, const std::string& path, double seconds,
                  std::string& error) {
-  const auto dayLimit = static_cast<int64_t>(kMaxRenderHours * 3600.0 * options.sampleRate);
-  const int64_t fileLimit = maxAudioFileFrames(path, options.format);
-  if (frames <= std::min(dayLimit, fileLimit)) return true;
+  const double fileLimit = static_cast<double>(maxAudioFileFrames(path, options.format)) /
+                           static_cast<double>(options.sampleRate);
+  if (seconds <= kMaxRenderHours * 3600.0 && seconds <= fileLimit) return true;
   const std::string input = options.input.empty() ? "the demo" : options.input;
-  error = input + ": the render would last " + hoursAndMinutes(frames, options.sampleRate);
-  if (frames > dayLimit) {
+  error = input + ": the render would last " + hoursAndMinutes(seconds);
+  if (seconds > kMaxRenderHours * 3600.0) {
     error += "; at most " + std::to_string(static_cast<int>(kMaxRenderHours)) + " h are rendered";
   } else {
-    error += "; this WAV file holds at most " + hoursAndMinutes(fileLimit, options.sampleRate) +
+    error += "; this WAV file holds at most " + hoursAndMinutes(fileLimit) +
              " (write .flac, or 16-bit samples)";
   }
   return false;
@@ -76,9 +77,11 @@ int render(const Options& options, std::ostream& out, std::ostream& err, bool pr
   const std::string path = outputPath(options);
   if (!checkAudioFileName(path, options.format, error)) return fail(kExitUsage, error);
   const TempoMap tempo(midi, options.tempo, options.sampleRate);
+  if (!checkLength(options, path, tempo.secondsAt(midi.lastTick) + options.tail, error)) {
+    return fail(kExitInput, error);
+  }
   const Schedule schedule =
       makeSchedule(midi, tempo, options.tail, options.sampleRate, options.ignoredControllers);
-  if (!checkLength(options, path, schedule.frames, error)) return fail(kExitInput, error);
 
   PluginSession session;
   if (!openPlugin(options, true, session, error)) return fail(kExitPlugin, error);
