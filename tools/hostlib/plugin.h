@@ -126,9 +126,10 @@ class Plugin {
   // afterBlock gets the block's samples; when either answers false the
   // render stops there and returns false.
   //
-  // A program change or a reset controller (120, 121, 123 to 127) makes
-  // Sablevox reset at the head of its next block, so a block ends right
-  // after one (after the last of its frame), and what follows reaches the
+  // A program change or a reset controller (120, 123 to 127) makes Sablevox
+  // reset at the head of its next block, so a block ends right after one
+  // (after the last of its frame; 121, reset all controllers, is taken as
+  // one too, for other instruments), and what follows reaches the
   // plug-in only in a later block. Sablevox takes MIDI at 2.5 ms ticks: a
   // block that short may take none, so the block before a reset is cut to
   // leave the reset's block a tick long; where the block size does not allow
