@@ -1,8 +1,10 @@
 // Programs and banks: the built-in data, bank loading, names, and the host's
 // ways of selecting and restoring a program.
+#include <algorithm>
 #include <cstdint>
 #include <cstring>
 #include <string>
+#include <vector>
 
 #include "data/factory_data.h"
 #include "notes_support.h"
@@ -52,7 +54,7 @@ TEST(FactoryDataTest, StoredLayoutAndDefaultRecord) {
   // The bytes as generated: a change to the banks must change this on purpose.
   uint64_t hash = 1469598103934665603ull;  // FNV-1a
   for (unsigned char byte : kFactoryData) hash = (hash ^ byte) * 1099511628211ull;
-  EXPECT_EQ(hash, 4829506985224427607ull);
+  EXPECT_EQ(hash, 8825655177855370665ull);
 }
 
 TEST_F(ProgramsTest, EmptyBankNumbersItsProgramsAndHoldsTheDefaults) {
@@ -134,6 +136,35 @@ TEST_F(ProgramsTest, AParameterChangeStaysWithItsProgram) {
   EXPECT_EQ(engine->params[kCutoff].load(), 0.77f);
   EXPECT_EQ(engine->params[kGlMode].load(), choiceValue(2));
   EXPECT_TRUE(engine->resetRequested);  // the next block ends the old program's voices
+}
+
+TEST_F(ProgramsTest, KeysRightAfterAProgramChangePlayInTheNewProgramsMode) {
+  // Program 1 arpeggiates, program 2 does not. Each change is followed by a
+  // block whose first tick brings two keys: the reset at the block's head
+  // ends the old program's notes, and the keys play in the new one's mode,
+  // also on an instance whose arpeggiator has never ticked.
+  for (int program : {1, 2}) {
+    engine->setProgram(program);
+    engine->setParameter(kArpType, choiceValue(program == 1 ? findChoice(kArpType, "Up") : 0));
+    engine->setParameter(kVoices, choiceValue(findChoice(kVoices, "8")));
+    engine->setParameter(kGlMode, choiceValue(0));
+  }
+  const struct {
+    int program;
+    std::vector<int> gated;
+  } changes[] = {{1, {60}}, {2, {60, 64}}, {1, {60}}};
+  for (const auto& change : changes) {
+    engine->setProgram(change.program);
+    testing::EventBatch keys({{0x90, 60, 100}, {0x90, 64, 100}});
+    engine->processEvents(keys.events());
+    render(441);
+    std::vector<int> gated;
+    for (const Voice& voice : engine->voices) {
+      if (voice.gate != 0) gated.push_back(voice.note);
+    }
+    std::sort(gated.begin(), gated.end());
+    EXPECT_EQ(gated, change.gated) << "program " << change.program;
+  }
 }
 
 TEST_F(ProgramsTest, TheHostsTotalRecallRestoresAProgram) {

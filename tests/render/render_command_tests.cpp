@@ -14,6 +14,7 @@
 #include <sstream>
 
 #include "bent_midi_files.h"
+#include "midi_bytes.h"
 #include "render/render_session.h"
 
 namespace sablevox::render {
@@ -39,6 +40,27 @@ std::string fileText(const fs::path& path) {
   return std::string((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
 }
 
+void writeFile(const std::string& path, const testing::Bytes& bytes) {
+  std::ofstream(path, std::ios::binary)
+      .write(reinterpret_cast<const char*>(bytes.data()),
+             static_cast<std::streamsize>(bytes.size()));
+}
+
+// The peak in dBFS of a stereo file's frames [from, to), both channels.
+double peakDb(const std::string& path, double fromSeconds, double toSeconds) {
+  SF_INFO info{};
+  SNDFILE* file = sf_open(path.c_str(), SFM_READ, &info);
+  if (file == nullptr) return -1000.0;
+  std::vector<float> samples(static_cast<size_t>(info.frames * info.channels));
+  sf_readf_float(file, samples.data(), info.frames);
+  sf_close(file);
+  const auto from = static_cast<size_t>(fromSeconds * info.samplerate) * 2;
+  const auto to = std::min(samples.size(), static_cast<size_t>(toSeconds * info.samplerate) * 2);
+  float peak = 0.0f;
+  for (size_t i = from; i < to; ++i) peak = std::max(peak, std::fabs(samples[i]));
+  return 20.0 * std::log10(std::max(peak, 1e-10f));
+}
+
 class RenderCommand : public ::testing::Test {
  protected:
   void SetUp() override {
@@ -54,6 +76,7 @@ class RenderCommand : public ::testing::Test {
                std::string(::testing::UnitTest::GetInstance()->current_test_info()->name()));
     fs::remove_all(folder_);
     fs::create_directories(folder_ / "config" / "Sablevox");
+    fs::create_directories(folder_ / "tmp");
     userSettings_ = folder_ / "config" / "Sablevox" / "settings";
     std::ofstream(userSettings_) << "Quality=2\nBank=3\n";
   }
@@ -63,7 +86,8 @@ class RenderCommand : public ::testing::Test {
 
   // Runs the program with the user's settings folder; output of both streams.
   int run(const std::vector<std::string>& args, std::string& output) {
-    std::string command = "XDG_CONFIG_HOME=" + shellQuoted((folder_ / "config").string()) + " " +
+    std::string command = "XDG_CONFIG_HOME=" + shellQuoted((folder_ / "config").string()) +
+                          " TMPDIR=" + shellQuoted((folder_ / "tmp").string()) + " " +
                           shellQuoted(program_) + " --plugin " + shellQuoted(plugin_);
     for (const std::string& arg : args) {
       command.push_back(' ');
@@ -125,6 +149,11 @@ TEST_F(RenderCommand, FailuresExitWithAReasonAndWriteNothing) {
   std::ofstream(bent, std::ios::binary)
       .write(reinterpret_cast<const char*>(stray.data()),
              static_cast<std::streamsize>(stray.size()));
+  // A note, and its end 0x0FFFFFFF ticks later: 77 hours at 120 BPM.
+  const std::string endless = path("endless.mid");
+  writeFile(endless, testing::midiFile(0, 480,
+                                       {{0x00, 0x90, 0x3C, 0x64, 0xFF, 0xFF, 0xFF, 0x7F, 0x80, 0x3C,
+                                         0x00, 0x00, 0xFF, 0x2F, 0x00}}));
   const std::string out = path("out.wav");
   const struct {
     std::vector<std::string> args;
@@ -133,9 +162,11 @@ TEST_F(RenderCommand, FailuresExitWithAReasonAndWriteNothing) {
   } cases[] = {
       {{garbage, "-o", out}, 2, "garbage.mid: not a MIDI file"},
       {{empty, "-o", out}, 2, "empty.mid: not a MIDI file: it is empty"},
-      {{folder_.string(), "-o", out}, 2, "a directory, not a MIDI file"},
       {{bent, "--strict", "-o", out}, 2, "bent.mid: track 1: system message 0xF8 is not allowed"},
       {{path("missing.mid"), "-o", out}, 2, "cannot read MIDI file"},
+      {{folder_.string(), "-o", out}, 2, "it is a folder"},
+      {{endless, "-o", out}, 2, "would last 77 h 40 min; at most 24 h"},
+      {{"--set", "Cutoff=1.5", "-o", out}, 3, "expected a number from 0 to 1"},
       {{"--set", "NoSuchKnob=0.5", "-o", out}, 3, "unknown parameter 'NoSuchKnob'"},
       {{"--set", "FiltType=LP Nothing", "-o", out}, 3, "neither a number nor one of its choices"},
       {{"--program", "128", "-o", out}, 3, "program 128 does not exist"},
@@ -148,12 +179,15 @@ TEST_F(RenderCommand, FailuresExitWithAReasonAndWriteNothing) {
     std::string output;
     EXPECT_EQ(run(c.args, output), c.status) << output;
     EXPECT_NE(output.find(c.message), std::string::npos) << output;
+    EXPECT_EQ(std::count(output.begin(), output.end(), '\n'), 1) << output;
     EXPECT_FALSE(fs::exists(out)) << c.message;
   }
+  EXPECT_TRUE(fs::is_empty(folder_ / "tmp")) << "a temporary folder was left behind";
   std::vector<std::string> left;
   for (const auto& entry : fs::directory_iterator(folder_)) left.push_back(entry.path().filename());
   std::sort(left.begin(), left.end());
-  EXPECT_EQ(left, (std::vector<std::string>{"bent.mid", "config", "empty.mid", "garbage.mid"}));
+  EXPECT_EQ(left, (std::vector<std::string>{"bent.mid", "config", "empty.mid", "endless.mid",
+                                            "garbage.mid", "tmp"}));
   // Without --strict the bent file plays, with one warning line per repair.
   std::string output;
   ASSERT_EQ(run({bent, "--tail", "0", "--quality", "low", "-o", out}, output), 0) << output;
@@ -163,6 +197,70 @@ TEST_F(RenderCommand, FailuresExitWithAReasonAndWriteNothing) {
       << output;
   EXPECT_EQ(std::count(output.begin(), output.end(), '\n'), 6) << output;
   EXPECT_TRUE(fs::exists(out));
+}
+
+TEST_F(RenderCommand, ProgramChangesKeepTheNotesThatFollowThem) {
+  // Bank A: program 94 arpeggiates, program 1 does not. A program change at
+  // tick 0 with a chord, another at 1.5 s with a note; both must sound, with
+  // blocks longer and shorter than a control tick.
+  const std::string song = path("programs.mid");
+  writeFile(song, testing::midiFile(0, 480,
+                                    {{0x00, 0xC0, 0x5E,                                // program 94
+                                      0x00, 0x90, 0x30, 0x64, 0x00, 0x3C, 0x64,        // chord
+                                      0x00, 0x40, 0x64, 0x00, 0x43, 0x64, 0x00, 0x48,  //
+                                      0x64, 0x8B, 0x20, 0x80, 0x30, 0x00, 0x00, 0x3C,  // 1440:
+                                      0x00, 0x00, 0x40, 0x00, 0x00, 0x43, 0x00, 0x00,  // ends,
+                                      0x48, 0x00, 0x00, 0xC0, 0x01,                    // program 1
+                                      0x00, 0x90, 0x3C, 0x64, 0x83, 0x60, 0x80, 0x3C,  // and a note
+                                      0x00, 0x00, 0xFF, 0x2F, 0x00}}));
+  for (const char* blockSize : {"512", "64"}) {
+    const std::string out = path("programs.wav");
+    std::string output;
+    ASSERT_EQ(
+        run({song, "--bank", "A", "--block-size", blockSize, "--tail", "0.2", "-o", out}, output),
+        0)
+        << output;
+    EXPECT_GT(peakDb(out, 0.3, 1.4), -30.0) << "the arpeggio, block size " << blockSize;
+    EXPECT_GT(peakDb(out, 1.55, 1.95), -30.0) << "the note, block size " << blockSize;
+  }
+}
+
+TEST_F(RenderCommand, VolumeFromTheFileCanBeIgnoredScaledOrNormalized) {
+  // A triad that sets controller 7 (the program's Volume) to 100.
+  const std::string song = path("volume.mid");
+  writeFile(song,
+            testing::midiFile(0, 480, {{0x00, 0xB0, 0x07, 0x64, 0x00, 0x90, 0x3C, 0x64, 0x00, 0x40,
+                                        0x64, 0x00, 0x43, 0x64, 0x83, 0x60, 0x80, 0x3C, 0x00, 0x00,
+                                        0x40, 0x00, 0x00, 0x43, 0x00, 0x00, 0xFF, 0x2F, 0x00}}));
+  const std::string loud = path("loud.wav");
+  std::string output;
+  ASSERT_EQ(run({song, "--format", "float", "-o", loud}, output), 0) << output;
+  const double level = peakDb(loud, 0.0, 10.0);
+  EXPECT_GT(level, 6.0) << "controller 7 no longer sets the volume?";
+  EXPECT_EQ(output.find("clipped"), std::string::npos) << "float files clip nothing";
+
+  const std::string clipped = path("clipped.wav");
+  ASSERT_EQ(run({song, "-o", clipped}, output), 0) << output;
+  EXPECT_NE(output.find(" samples clipped (try --gain "), std::string::npos) << output;
+
+  const std::string quiet = path("quiet.wav");
+  ASSERT_EQ(run({song, "--format", "float", "--gain", "-12.5", "-o", quiet}, output), 0) << output;
+  EXPECT_NEAR(peakDb(quiet, 0.0, 10.0), level - 12.5, 0.01);
+
+  const std::string ignored = path("ignored.wav");
+  ASSERT_EQ(run({song, "--format", "float", "--ignore-cc", "7", "-o", ignored}, output), 0)
+      << output;
+  EXPECT_LT(peakDb(ignored, 0.0, 10.0), level - 10.0);
+
+  const std::string normalized = path("normalized.wav");
+  ASSERT_EQ(run({song, "--normalize", "-o", normalized}, output), 0) << output;
+  EXPECT_NEAR(peakDb(normalized, 0.0, 10.0), -1.0, 0.01);
+  EXPECT_EQ(output.find("clipped"), std::string::npos) << output;
+  EXPECT_TRUE(fs::is_empty(folder_ / "tmp"));
+  std::vector<std::string> files;
+  for (const auto& entry : fs::directory_iterator(folder_))
+    files.push_back(entry.path().filename());
+  EXPECT_EQ(files.size(), 8u) << "the spool file is gone";
 }
 
 TEST_F(RenderCommand, InfoAndListsReportWhatTheHostSees) {
@@ -181,6 +279,9 @@ TEST_F(RenderCommand, InfoAndListsReportWhatTheHostSees) {
 
   ASSERT_EQ(run({"--list-programs"}, output), 0) << output;
   EXPECT_EQ(std::count(output.begin(), output.end(), '\n'), 128);
+
+  ASSERT_EQ(run({"--version"}, output), 0) << output;
+  EXPECT_EQ(output.rfind("sablevox-render ", 0), 0u) << output;
 }
 
 TEST(RenderAmsynth, TheDemoRendersThroughAmsynthToo) {

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <sndfile.h>
 
+#include <array>
 #include <cmath>
 #include <filesystem>
 #include <fstream>
@@ -14,6 +15,7 @@
 #include "render/midi_file.h"
 #include "render/options.h"
 #include "render/parameter_setting.h"
+#include "render/sample_spool.h"
 #include "render/settings_folder.h"
 
 namespace sablevox::render {
@@ -48,7 +50,10 @@ TEST(RenderOptions, ValuesInBothSpellingsAndSettingNames) {
                      "--tail",
                      "0",
                      "--format",
-                     "float"},
+                     "float",
+                     "--gain=-6.5",
+                     "--ignore-cc",
+                     "7,64-66"},
                     options, error))
       << error;
   EXPECT_EQ(options.command, Command::render);
@@ -65,6 +70,10 @@ TEST(RenderOptions, ValuesInBothSpellingsAndSettingNames) {
   EXPECT_EQ(options.sets, (std::vector<std::string>{"FiltType=LP Moog", "Cutoff=0.5"}));
   EXPECT_EQ(options.tail, 0.0);
   EXPECT_EQ(options.format, SampleFormat::float32);
+  EXPECT_EQ(options.gainDb, -6.5);
+  std::array<bool, 128> ignored{};
+  for (int number : {7, 64, 65, 66}) ignored[number] = true;
+  EXPECT_EQ(options.ignoredControllers, ignored);
 
   EXPECT_EQ(bankFromName("abstracts"), 4);
   EXPECT_EQ(bankFromName("C"), 3);
@@ -79,8 +88,11 @@ TEST(RenderOptions, ValuesInBothSpellingsAndSettingNames) {
   ASSERT_TRUE(parse({"--list-programs", "--bank", "0"}, options, error));
   EXPECT_EQ(options.command, Command::listPrograms);
   EXPECT_EQ(options.bank, 0);
-  ASSERT_TRUE(parse({}, options, error));
+  ASSERT_TRUE(parse({"--normalize"}, options, error));
+  EXPECT_TRUE(options.normalize);
   EXPECT_TRUE(options.input.empty());  // the demo phrase
+  ASSERT_TRUE(parse({"--version", "--frobnicate"}, options, error));
+  EXPECT_EQ(options.command, Command::version);
 }
 
 TEST(RenderOptions, BadArgumentsAreNamedInTheMessage) {
@@ -100,6 +112,11 @@ TEST(RenderOptions, BadArgumentsAreNamedInTheMessage) {
       {{"--format", "8"}, "16, 24 or float"},
       {{"a.mid", "b.mid"}, "more than one input"},
       {{"a.mid", "--demo"}, "either a MIDI file or --demo"},
+      {{"--gain", "60"}, "-96 to 48 dB"},
+      {{"--gain", "-3", "--normalize"}, "either --gain or --normalize"},
+      {{"--ignore-cc", "7,128"}, "controller numbers 0 to 127"},
+      {{"--ignore-cc", "10-7"}, "--ignore-cc"},
+      {{"--ignore-cc", "7,"}, "--ignore-cc"},
   };
   for (const auto& [args, expected] : cases) {
     Options options;
@@ -141,12 +158,18 @@ TEST(RenderOptions, SetFindsParametersByNameAndChoicesByTheirNames) {
   EXPECT_NE(error.find("unknown parameter 'Cutof'"), std::string::npos);
   EXPECT_FALSE(resolveSetting("FiltType=LP Moog 2", names, true, setting, error));
   EXPECT_NE(error.find("neither a number nor one of its choices"), std::string::npos);
-  EXPECT_FALSE(resolveSetting("Cutoff=inf", names, true, setting, error));
-  EXPECT_FALSE(resolveSetting("Cutoff=", names, true, setting, error));
+  // Numbers outside 0..1 are refused, as the message says.
+  for (const char* text : {"Cutoff=inf", "Cutoff=", "Cutoff=1.5", "Cutoff=-0.1", "FiltType=2"}) {
+    EXPECT_FALSE(resolveSetting(text, names, true, setting, error)) << text;
+  }
+  EXPECT_NE(error.find("'2' for FiltType: expected a number from 0 to 1"), std::string::npos)
+      << error;
   // Another plug-in's parameters take numbers only.
   EXPECT_FALSE(resolveSetting("FiltType=LP Moog", names, false, setting, error));
   EXPECT_NE(error.find("expected a number"), std::string::npos);
-  EXPECT_EQ(sablevoxChoiceNames(kOsc1Wave).size(), 85u);
+  const std::vector<std::string> waves = sablevoxChoiceNames(kOsc1Wave);
+  EXPECT_EQ(waves.size(), 85u);
+  EXPECT_EQ(waves[59], "WV Pulse 25%") << "listed as the user types it";
   EXPECT_EQ(sablevoxChoiceNames(kFiltType).size(), 39u);
   EXPECT_TRUE(sablevoxChoiceNames(kCutoff).empty());
 }
@@ -182,11 +205,11 @@ std::vector<float> readBack(const std::string& path, SF_INFO& info) {
   return samples;
 }
 
-TEST(RenderAudioFile, WritesEachFormatAndClipsIntegerSamples) {
+TEST(RenderAudioFile, WritesEachFormatInBlocksClipsIntegersAndMeasuresOnTheWay) {
   const std::string folder = ::testing::TempDir();
-  std::vector<float> left(1000), right(1000);
+  std::vector<float> left(48000), right(48000);
   for (size_t i = 0; i < left.size(); ++i) {
-    left[i] = 0.5f * std::sin(static_cast<float>(i) * 0.1f);
+    left[i] = 0.5f * static_cast<float>(std::sin(2.0 * std::numbers::pi * 1000.0 * i / 48000.0));
     right[i] = -left[i];
   }
   left[10] = 1.5f;  // beyond full scale
@@ -197,52 +220,73 @@ TEST(RenderAudioFile, WritesEachFormatAndClipsIntegerSamples) {
     float tolerance;
   } cases[] = {{"a.wav", SampleFormat::pcm16, SF_FORMAT_WAV | SF_FORMAT_PCM_16, 1.0f / 32768},
                {"b.WAV", SampleFormat::pcm24, SF_FORMAT_WAV | SF_FORMAT_PCM_24, 1e-6f},
-               {"c.wav", SampleFormat::float32, SF_FORMAT_WAV | SF_FORMAT_FLOAT, 0.0f},
+               {"c.wav", SampleFormat::float32, SF_FORMAT_WAVEX | SF_FORMAT_FLOAT, 0.0f},
                {"d.flac", SampleFormat::pcm24, SF_FORMAT_FLAC | SF_FORMAT_PCM_24, 1e-6f}};
   for (const auto& c : cases) {
     const std::string path = folder + c.name;
     std::string error;
-    ASSERT_TRUE(writeAudioFile(path, c.format, 48000, left, right, error)) << error;
+    {
+      AudioFileWriter writer;
+      ASSERT_TRUE(writer.open(path, c.format, 48000, error)) << error;
+      EXPECT_FALSE(std::filesystem::exists(path)) << "only the finished file is renamed into place";
+      ASSERT_TRUE(writer.write(left.data(), right.data(), 700, error)) << error;
+      ASSERT_TRUE(writer.write(left.data() + 700, right.data() + 700, 47300, error)) << error;
+      ASSERT_TRUE(writer.commit(error)) << error;
+    }
     SF_INFO info;
     const std::vector<float> samples = readBack(path, info);
     EXPECT_EQ(info.format, c.sndfileFormat) << c.name;
     EXPECT_EQ(info.samplerate, 48000);
-    ASSERT_EQ(info.frames, 1000) << c.name;
-    EXPECT_NEAR(samples[2 * 500], left[500], c.tolerance) << c.name;
-    EXPECT_NEAR(samples[2 * 500 + 1], right[500], c.tolerance) << c.name;
+    ASSERT_EQ(info.frames, 48000) << c.name;
+    for (size_t i : {size_t{500}, size_t{700}, size_t{47999}}) {
+      EXPECT_NEAR(samples[2 * i], left[i], c.tolerance) << c.name << " " << i;
+      EXPECT_NEAR(samples[2 * i + 1], right[i], c.tolerance) << c.name << " " << i;
+    }
     EXPECT_NEAR(samples[2 * 10], c.format == SampleFormat::float32 ? 1.5f : 1.0f, 1e-4f) << c.name;
     std::filesystem::remove(path);
   }
   EXPECT_EQ(describeFormat("x.flac", SampleFormat::pcm16), "16-bit FLAC");
+
+  // The levels, fed in two pieces, of a -6 dB sine (its one loud sample
+  // aside) and of silence.
+  left[10] = left[9];
+  LevelMeter meter;
+  meter.add(left.data(), 1000);
+  meter.add(left.data() + 1000, 47000);
+  EXPECT_NEAR(meter.levels().peakDb, -6.02, 0.01);
+  EXPECT_NEAR(meter.levels().rmsDb, -9.03, 0.01);
+  EXPECT_EQ(meter.beyondFullScale(), 0);
+  const float loud[] = {1.0f, -1.25f, 0.0f, 2.0f};
+  meter.add(loud, 4);
+  EXPECT_EQ(meter.beyondFullScale(), 2);
+  EXPECT_TRUE(std::isinf(LevelMeter{}.levels().peakDb) && LevelMeter{}.levels().peakDb < 0);
 }
 
-TEST(RenderAudioFile, NothingIsWrittenWhenWritingFails) {
+TEST(RenderAudioFile, NothingIsLeftWhenWritingFailsOrStops) {
   const std::string folder = ::testing::TempDir() + "sablevox-nowrite/";
   std::filesystem::create_directories(folder);
   std::vector<float> samples(100, 0.1f);
   std::string error;
-  EXPECT_FALSE(
-      writeAudioFile(folder + "out.mp3", SampleFormat::pcm16, 44100, samples, samples, error));
+  AudioFileWriter writer;
+  EXPECT_FALSE(writer.open(folder + "out.mp3", SampleFormat::pcm16, 44100, error));
   EXPECT_NE(error.find(".wav or .flac"), std::string::npos);
-  EXPECT_FALSE(
-      writeAudioFile(folder + "out.flac", SampleFormat::float32, 44100, samples, samples, error));
-  EXPECT_FALSE(writeAudioFile(folder + "missing/out.wav", SampleFormat::pcm16, 44100, samples,
-                              samples, error));
+  EXPECT_FALSE(writer.open(folder + "out.flac", SampleFormat::float32, 44100, error));
+  EXPECT_FALSE(writer.open(folder + "missing/out.wav", SampleFormat::pcm16, 44100, error));
   EXPECT_NE(error.find("cannot write"), std::string::npos);
+  {
+    // A render that stops half way (an error, an exception) drops its file.
+    AudioFileWriter stopped;
+    ASSERT_TRUE(stopped.open(folder + "out.wav", SampleFormat::pcm24, 44100, error)) << error;
+    ASSERT_TRUE(stopped.write(samples.data(), samples.data(), 100, error));
+    SampleSpool spool;
+    ASSERT_TRUE(spool.open(folder + "out.wav", error)) << error;
+    ASSERT_TRUE(spool.write(samples.data(), samples.data(), 100, error));
+  }
   EXPECT_TRUE(std::filesystem::is_empty(folder));
   std::filesystem::remove_all(folder);
-}
-
-TEST(RenderAudioFile, LevelsOfASineAndOfSilence) {
-  std::vector<float> sine(48000);
-  for (size_t i = 0; i < sine.size(); ++i) {
-    sine[i] = 0.5f * static_cast<float>(std::sin(2.0 * std::numbers::pi * 1000.0 * i / 48000.0));
-  }
-  const ChannelLevels levels = measureLevels(sine);
-  EXPECT_NEAR(levels.peakDb, -6.02, 0.01);
-  EXPECT_NEAR(levels.rmsDb, -9.03, 0.01);
-  const ChannelLevels silent = measureLevels(std::vector<float>(10, 0.0f));
-  EXPECT_TRUE(std::isinf(silent.peakDb) && silent.peakDb < 0);
+  // A WAV file's 4 GiB: a little over 3 hours of float samples at 44.1 kHz.
+  EXPECT_EQ(maxAudioFileFrames("x.wav", SampleFormat::float32), 536870399);
+  EXPECT_GT(maxAudioFileFrames("x.flac", SampleFormat::pcm24), int64_t{1} << 40);
 }
 
 TEST(RenderDemo, ThePhraseHasChordsBassAndMelodyThatAllEnd) {

@@ -98,17 +98,5 @@ TEST(Timing, EventsReachThePlugInAtTheirFrameWithAnyBlockSize) {
   }
 }
 
-TEST(Timing, AHookThatAnswersFalseStopsTheRender) {
-  const MidiFile file = parsedTempoFile();
-  const TempoMap map(file, 0.0, 48000.0);
-  const Schedule schedule = makeSchedule(file, map, 0.0, 48000.0);
-  auto plugin = host::Plugin::fromEntry(&FakePlugin::entry, "fake");
-  ASSERT_NE(plugin, nullptr);
-  std::vector<float> left, right;
-  EXPECT_FALSE(playSchedule(*plugin, schedule, map, 1000, left, right,
-                            [](int64_t start, VstInt32) { return start < 5000; }));
-  EXPECT_EQ(FakePlugin::state().framesRendered, 5000);
-}
-
 }  // namespace
 }  // namespace sablevox::render

@@ -95,7 +95,7 @@ VstIntPtr Host::answer(AEffect* effect, VstInt32 opcode, VstInt32 index, VstIntP
     if (opcode == audioMasterCanDo) {
       canDo = std::find(canDo_.begin(), canDo_.end(), call.text) != canDo_.end();
     }
-    calls_.push_back(std::move(call));
+    if (keepLog_.load()) calls_.push_back(std::move(call));
   }
   const bool counted = opcode >= 0 && opcode < kCountedOpcodes;
   counts_[counted ? static_cast<size_t>(opcode) : kCountedOpcodes].fetch_add(1);

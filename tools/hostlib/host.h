@@ -51,7 +51,9 @@ class Host {
   double samplePosition() const;
   double ppqPosition() const;
 
-  // The log. count() is cheap and lock-free for opcodes 0..63.
+  // The log. count() is cheap and lock-free for opcodes 0..63. A long render
+  // turns the list off (the counts go on), so that memory stays flat.
+  void keepCallLog(bool keep) { keepLog_.store(keep); }
   std::vector<HostCall> calls() const;
   int count(VstInt32 opcode) const;
   void clearCalls();
@@ -75,6 +77,7 @@ class Host {
   std::atomic<bool> timeAvailable_{true};
   std::atomic<double> sampleRate_{44100.0};
   std::atomic<VstInt32> blockSize_{1024};
+  std::atomic<bool> keepLog_{true};
 
   mutable std::mutex mutex_;  // guards everything below
   std::vector<std::string> canDo_;

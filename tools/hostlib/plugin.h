@@ -118,14 +118,29 @@ class Plugin {
   // Such a block renders nothing and moves no clock. False after `limit`.
   bool waitForSablevoxWaves(std::chrono::milliseconds limit = std::chrono::seconds(60));
 
-  // Renders `frames` samples in blocks of at most blockSize into left/right
-  // (resized), sending each message in the block that holds its frame with
-  // deltaFrames = frame - block start. `events` must be sorted by frame;
-  // those at or after `frames` are not sent. beforeBlock(start, length), if
-  // given, runs ahead of each block (to change the tempo, show progress, wait
-  // for the plug-in); when it answers false the render stops there and
-  // render() returns false.
+  // Renders `frames` samples in blocks of at most blockSize, sending each
+  // message in the block that holds its frame with deltaFrames = frame -
+  // block start. `events` must be sorted by frame; those at or after `frames`
+  // are not sent. beforeBlock(start, length), if given, runs ahead of each
+  // block (to change the tempo, show progress, wait for the plug-in), and
+  // afterBlock gets the block's samples; when either answers false the
+  // render stops there and returns false.
+  //
+  // A program change or a reset controller (120, 123 to 127) makes Sablevox
+  // reset at the head of its next block, so a block ends right after one
+  // (after the last of its frame; 121, reset all controllers, is taken as
+  // one too, for other instruments), and what follows reaches the
+  // plug-in only in a later block. Sablevox takes MIDI at 2.5 ms ticks: a
+  // block that short may take none, so the block before a reset is cut to
+  // leave the reset's block a tick long; where the block size does not allow
+  // it, the messages after the reset wait until a tick has passed. Resets in
+  // the first tick are sent in a stretch before frame 0 whose sound is
+  // dropped (beforeBlock sees negative starts there).
   using BlockHook = std::function<bool(int64_t start, VstInt32 length)>;
+  using BlockSink = std::function<bool(const float* left, const float* right, VstInt32 length)>;
+  bool renderStream(std::span<const TimedMidi> events, int64_t frames, VstInt32 blockSize,
+                    const BlockHook& beforeBlock, const BlockSink& afterBlock);
+  // The same into left/right (resized to the frames rendered).
   bool render(std::span<const TimedMidi> events, int64_t frames, VstInt32 blockSize,
               std::vector<float>& left, std::vector<float>& right,
               const BlockHook& beforeBlock = {});

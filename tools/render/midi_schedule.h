@@ -2,6 +2,7 @@
 // plays them while telling the host the tempo in force at each block.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <vector>
 
@@ -16,14 +17,20 @@ struct Schedule {
   int64_t frames;                       // the length of the render
 };
 
-// Every channel event at the frame the tempo map gives its tick; the render
-// lasts until the last one (the file's end if it has none) plus the tail.
+// Every channel event at the frame the tempo map gives its tick, but the
+// controllers marked in `ignored`; the render lasts until the last event
+// (the file's end if it has none) plus the tail.
 Schedule makeSchedule(const MidiFile& midi, const TempoMap& tempo, double tailSeconds,
-                      double sampleRate);
+                      double sampleRate, const std::array<bool, 128>& ignored = {});
 
-// Plays the schedule in blocks of at most blockSize; before each block the
-// host's tempo becomes the map's tempo at the block's first frame, then
-// `hook` (if any) runs and may stop the render by answering false.
+// Plays the schedule in blocks of at most blockSize (Plugin::renderStream);
+// before each block the host's tempo becomes the map's tempo at the block's
+// first frame, then `hook` (if any) runs and may stop the render by
+// answering false; `sink` gets the samples of each block.
+bool streamSchedule(host::Plugin& plugin, const Schedule& schedule, const TempoMap& tempo,
+                    VstInt32 blockSize, const host::Plugin::BlockHook& hook,
+                    const host::Plugin::BlockSink& sink);
+// The same into left/right.
 bool playSchedule(host::Plugin& plugin, const Schedule& schedule, const TempoMap& tempo,
                   VstInt32 blockSize, std::vector<float>& left, std::vector<float>& right,
                   const host::Plugin::BlockHook& hook = {});

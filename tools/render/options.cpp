@@ -53,6 +53,29 @@ int choiceFromName(const std::string& text, std::span<const char* const> names) 
   return -1;
 }
 
+// "7,10,64-67": controller numbers and ranges, each 0..127.
+bool parseControllerList(const std::string& text, std::array<bool, 128>& ignored) {
+  size_t begin = 0;
+  while (begin <= text.size()) {
+    const size_t comma = std::min(text.find(',', begin), text.size());
+    const std::string item = text.substr(begin, comma - begin);
+    const size_t dash = item.find('-');
+    int low = 0;
+    int high = 0;
+    if (dash == std::string::npos) {
+      if (!parseNumber(item, low)) return false;
+      high = low;
+    } else if (!parseNumber(item.substr(0, dash), low) ||
+               !parseNumber(item.substr(dash + 1), high)) {
+      return false;
+    }
+    if (low < 0 || high > 127 || low > high) return false;
+    for (int number = low; number <= high; ++number) ignored[static_cast<size_t>(number)] = true;
+    begin = comma + 1;
+  }
+  return true;
+}
+
 constexpr const char* kQualityNames[] = {"ultra", "high", "medium", "low"};
 constexpr const char* kIqmNames[] = {"off", "light", "heavy", "pure"};
 constexpr const char* kBankNames[] = {"empty", "factory A", "factory B", "factory C", "Abstracts"};
@@ -101,6 +124,12 @@ bool parseOptions(std::span<const std::string> args, Options& options, std::stri
        {named(options.quality, qualityFromName), "ultra, high, medium, low or 0 to 3"}},
       {"--iqm", {named(options.iqm, iqmFromName), "off, light, heavy, pure or 0 to 3"}},
       {"--tail", {ranged(options.tail, 0.0, 600.0), "0 to 600 seconds"}},
+      {"--gain", {ranged(options.gainDb, -96.0, 48.0), "-96 to 48 dB"}},
+      {"--ignore-cc",
+       {[&options](const std::string& v) {
+          return parseControllerList(v, options.ignoredControllers);
+        },
+        "controller numbers 0 to 127, as 7,10 or 64-67"}},
       {"--set",
        {[&options](const std::string& v) {
           if (v.find('=') == std::string::npos || v.front() == '=') return false;
@@ -153,6 +182,11 @@ bool parseOptions(std::span<const std::string> args, Options& options, std::stri
       demo = true;
     } else if (arg == "--strict") {
       options.strict = true;
+    } else if (arg == "--normalize") {
+      options.normalize = true;
+    } else if (arg == "--version") {
+      options.command = Command::version;
+      return true;
     } else if (arg == "--list-params") {
       options.command = Command::listParams;
     } else if (arg == "--list-programs") {
@@ -174,6 +208,10 @@ bool parseOptions(std::span<const std::string> args, Options& options, std::stri
   }
   if (demo && !options.input.empty()) {
     error = "give either a MIDI file or --demo, not both";
+    return false;
+  }
+  if (options.normalize && options.gainDb != 0.0) {
+    error = "give either --gain or --normalize, not both";
     return false;
   }
   return true;
@@ -202,6 +240,10 @@ bends the format is repaired as players do, with a warning for each repair.
   --set NAME=VALUE      a parameter by the name the plug-in reports; VALUE is
                         0 to 1, or for a Sablevox choice parameter the name
                         of the choice (--set FiltType="LP Moog")
+  --gain DB             level change of the output, -96 to 48 dB
+  --normalize           bring the peak to -1 dBFS (instead of --gain)
+  --ignore-cc LIST      leave these controllers of the MIDI file out, e.g. 7
+                        (volume, which sets the program's Volume) or 7,10,64-67
 Sablevox settings (used for this run only; your own settings file is never
 read or changed):
   --bank empty|A|B|C|Abstracts   start bank, or 0 to 4
@@ -211,7 +253,12 @@ Reports:
   info                  what a host's scanner reads from the plug-in
   --list-params         parameters with their values and display texts
   --list-programs       program names
+  --version             this program's version
 )";
+}
+
+const char* programVersion() {
+  return SABLEVOX_VERSION;
 }
 
 }  // namespace sablevox::render

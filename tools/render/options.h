@@ -2,13 +2,14 @@
 // through which plug-in, with which settings, into which file.
 #pragma once
 
+#include <array>
 #include <span>
 #include <string>
 #include <vector>
 
 namespace sablevox::render {
 
-enum class Command { render, info, listParams, listPrograms, help };
+enum class Command { render, info, listParams, listPrograms, help, version };
 enum class SampleFormat { pcm16, pcm24, float32 };
 
 struct Options {
@@ -28,15 +29,21 @@ struct Options {
   double tail = 2.0;              // seconds rendered after the last MIDI event
   SampleFormat format = SampleFormat::pcm24;
   bool formatGiven = false;
-  bool strict = false;  // refuse a MIDI file that needs repairs instead of warning
+  bool strict = false;     // refuse a MIDI file that needs repairs instead of warning
+  double gainDb = 0.0;     // applied to the plug-in's output before it is written
+  bool normalize = false;  // the peak brought to kNormalizedPeakDb instead
+  std::array<bool, 128> ignoredControllers{};  // controller numbers left out of the MIDI input
 };
+
+constexpr double kNormalizedPeakDb = -1.0;
 
 // Reads the arguments (without the program name). False with a message for an
 // unknown option, a missing or malformed value, or a value out of range.
 bool parseOptions(std::span<const std::string> args, Options& options, std::string& error);
 
-// The text of --help.
+// The text of --help, and the program's version.
 std::string usageText();
+const char* programVersion();
 
 // Names of the setting values, also accepted as numbers: a value or -1.
 int qualityFromName(const std::string& text);

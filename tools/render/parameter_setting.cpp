@@ -11,8 +11,8 @@
 namespace sablevox::render {
 namespace {
 
-// The menus keep a doubled percent sign ("WV Pulse 25%%"); a user may type
-// either form.
+// The menus keep a doubled percent sign ("WV Pulse 25%%"); a user sees and
+// types one, and may type either form.
 std::string singlePercent(const char* name) {
   std::string out;
   for (const char* c = name; *c != '\0'; ++c) {
@@ -43,7 +43,9 @@ int sablevoxChoice(int index, const std::string& choice) {
 std::vector<std::string> sablevoxChoiceNames(int index) {
   std::vector<std::string> names;
   if (index == kOsc1Wave || index == kOsc2Wave) {
-    for (const WaveDescriptor& wave : kWaveDescriptors) names.push_back(wave.displayName);
+    for (const WaveDescriptor& wave : kWaveDescriptors) {
+      names.push_back(singlePercent(wave.displayName));
+    }
   } else if (index == kFiltType) {
     for (const FilterType& type : kFilterTypes) names.push_back(type.name);
   } else {
@@ -83,14 +85,15 @@ bool resolveSetting(const std::string& text, const std::vector<std::string>& nam
   float number = 0.0f;
   const char* end = value.data() + value.size();
   const auto [at, failure] = std::from_chars(value.data(), end, number);
-  if (failure == std::errc() && at == end && !value.empty() && std::isfinite(number)) {
+  const bool isNumber = failure == std::errc() && at == end && !value.empty();
+  if (isNumber && number >= 0.0f && number <= 1.0f) {
     setting.value = number;
     return true;
   }
   const bool hasChoices = sablevox && parameterInfo(setting.index).kind == ParamKind::stepped;
   error = "bad value '" + value + "' for " + name +
-          (hasChoices ? ": neither a number nor one of its choices (see --list-params)"
-                      : ": expected a number from 0 to 1");
+          (hasChoices && !isNumber ? ": neither a number nor one of its choices (see --list-params)"
+                                   : ": expected a number from 0 to 1");
   return false;
 }
 

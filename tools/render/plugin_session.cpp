@@ -54,7 +54,8 @@ bool openPlugin(const Options& options, bool configure, PluginSession& session,
   session.plugin = host::Plugin::load(path, &error);
   if (session.plugin == nullptr) return false;
   host::Plugin& plugin = *session.plugin;
-  plugin.setStrictStrings(false);  // foreign plug-ins may write beyond the limits
+  plugin.host().keepCallLog(false);  // it would grow with the length of the render
+  plugin.setStrictStrings(false);    // foreign plug-ins may write beyond the limits
   session.sablevox = plugin.uniqueId() == kSablevoxId;
   if (!session.sablevox) plugin.keepLoaded();  // unloading is where foreign plug-ins misbehave
   plugin.open();

@@ -1,6 +1,7 @@
 // Progress bar and summary text.
 #include "render/progress.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 
@@ -39,22 +40,21 @@ void ProgressBar::finish() {
 }
 
 std::string summaryLine(const RenderSummary& summary) {
-  const ChannelLevels left = measureLevels(*summary.left);
-  const ChannelLevels right = measureLevels(*summary.right);
-  const double seconds = static_cast<double>(summary.left->size()) / summary.sampleRate;
+  const double seconds = static_cast<double>(summary.frames) / summary.sampleRate;
   char text[256];
   std::snprintf(text, sizeof text,
                 ": %.2f s, %d Hz, %s; peak %s / %s dBFS; RMS %s / %s dBFS (L / R); ", seconds,
-                summary.sampleRate, summary.format.c_str(), decibelText(left.peakDb).c_str(),
-                decibelText(right.peakDb).c_str(), decibelText(left.rmsDb).c_str(),
-                decibelText(right.rmsDb).c_str());
+                summary.sampleRate, summary.format.c_str(),
+                decibelText(summary.left.peakDb).c_str(), decibelText(summary.right.peakDb).c_str(),
+                decibelText(summary.left.rmsDb).c_str(), decibelText(summary.right.rmsDb).c_str());
   std::string clipped;
-  if (summary.integerSamples) {
-    int64_t count = 0;
-    for (const auto* channel : {summary.left, summary.right}) {
-      for (float sample : *channel) count += std::fabs(sample) > 1.0f ? 1 : 0;
-    }
-    if (count > 0) clipped = std::to_string(count) + " samples clipped; ";
+  if (summary.integerSamples && summary.beyondFullScale > 0) {
+    // The gain that brings the peak to -1 dBFS, rounded down to a whole dB.
+    const double peak = std::max(summary.left.peakDb, summary.right.peakDb);
+    const int gain = static_cast<int>(std::floor(-1.0 - peak));
+    clipped = std::to_string(summary.beyondFullScale) + " samples clipped (try --gain " +
+              std::to_string(gain) + ", --normalize, or --ignore-cc 7 if the file sets the " +
+              "volume); ";
   }
   char speed[64];
   if (summary.renderSeconds > 0.0) {

@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "render/audio_file.h"
+
 namespace sablevox::render {
 
 class ProgressBar {
@@ -28,14 +30,17 @@ struct RenderSummary {
   std::string format;   // "24-bit WAV"
   bool integerSamples;  // samples beyond full scale were clipped in the file
   int sampleRate;
-  const std::vector<float>* left;
-  const std::vector<float>* right;
-  double renderSeconds;  // wall-clock time of the blocks
+  int64_t frames;
+  ChannelLevels left;
+  ChannelLevels right;
+  int64_t beyondFullScale;  // samples of both channels above full scale
+  double renderSeconds;     // wall-clock time of the blocks
 };
 
 // "out.wav: 12.00 s, 44100 Hz, 24-bit WAV; peak -3.1 / -3.4 dBFS;
 //  RMS -17.9 / -18.2 dBFS (L / R); 41.3x real time", on one line, with the
-// count of clipped samples after the peaks when an integer file clipped.
+// count of clipped samples after the peaks when an integer file clipped, and
+// what to do about it.
 std::string summaryLine(const RenderSummary& summary);
 
 }  // namespace sablevox::render
