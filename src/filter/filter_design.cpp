@@ -46,6 +46,12 @@ void clearWords(float* words, int n) {
   std::fill(words, words + n, 0.0f);
 }
 
+// All of the line zero: the cells beyond the mark are already.
+void clearLine(FilterState& state) {
+  clearWords(state.line, std::clamp(state.lineWritten, 4, kFilterLineLength));
+  state.lineWritten = 0;
+}
+
 }  // namespace
 
 void copyFilterSettings(const FilterState& left, FilterState& right) {
@@ -99,7 +105,7 @@ void resetFilter(FilterState& state) {
     case kModeFm:
       clearWords(state.set2, 5);
       clearWords(state.hist1, 4);
-      clearWords(state.line, kFilterLineLength);
+      clearLine(state);
       break;
     case kModeLadder:
     case kModeLadderNoisy:
@@ -110,6 +116,14 @@ void resetFilter(FilterState& state) {
     default:
       break;
   }
+}
+
+void clearFilter(FilterState& state) {
+  clearLine(state);
+  state.code = state.sampleRate = state.cutoff = state.resonance = state.mode = state.gain = 0.0f;
+  clearWords(state.set1, 8);
+  clearWords(state.set2, 5);
+  clearWords(state.hist1, 4);
 }
 
 }  // namespace sablevox

@@ -19,7 +19,7 @@ struct SwitchResult {
 
 // 32 notes with Voices 32 and FiltType `from` at 44100 Hz in blocks of 256,
 // held for a second (long enough for an FM type to fill its delay lines),
-// then FiltType `to`. Wall time of each block.
+// then FiltType `to`. Audio-thread CPU time of each block.
 SwitchResult measureFilterSwitch(const Subject& subject, const std::string& from,
                                  const std::string& to);
 

@@ -65,10 +65,11 @@ std::string fixed(double value, int precision) {
 
 // Filter-type changes under 32 voices (Sablevox only) and resident memory.
 void printProbes(const BenchOptions& o, const std::vector<ResidentResult>& resident) {
-  std::cout << "## Filter-type change with 32 sounding voices, resident memory\n\n"
-            << "Wall ms of the longest block from a change of FiltType until 0.3 s after it, "
-               "beside a usual block (medians of "
-            << o.runs << " runs); resident MB the process grew by with its first instance.\n\n";
+  std::cout
+      << "## Filter-type change with 32 sounding voices, resident memory\n\n"
+      << "Audio-thread CPU ms of the longest block from a change of FiltType until 0.3 s after it, "
+         "beside a usual block (medians of "
+      << o.runs << " runs); resident MB the process grew by with its first instance.\n\n";
   std::vector<std::string> header = {"measure"};
   for (const auto& s : o.subjects) header.push_back(s.label);
   std::vector<std::vector<std::string>> rows;
