@@ -23,6 +23,7 @@
 #include "notes/ui_note_queue.h"
 #include "voice/render_types.h"
 #include "voice/voice.h"
+#include "voice/voice_block.h"
 #include "waves/wave_store.h"
 
 namespace sablevox {
@@ -125,7 +126,9 @@ class ADelay : public AudioEffectX {
   Stereo* stereo = nullptr;
   int lastEffType = 0;
   Shared<bool> effectsAsleep{false};
-  Voice voices[kMaxVoices];
+  // The records live in small pages of their own (voice_block.h).
+  VoiceBlock voiceBlock;
+  VoiceBlock::Voices& voices = voiceBlock.voices();
   // Phase increment per note at the current rate; written by setSampleRate.
   Shared<float> pitchTable[kPitchTableSize];
   float pitchBendFactor = 1.0f;

@@ -61,7 +61,24 @@ inline void* allocateLargeBlock(size_t bytes) {
   return reinterpret_cast<void*>(aligned);
 }
 
-// Releases a block of allocateLargeBlock with the same `bytes`.
+// `bytes` of zeroed memory in small pages, for records of which a few words
+// are in use and the rest only later or never: pages never touched never
+// become resident, where one touch of a huge page makes 2 MB resident.
+// Throws std::bad_alloc on failure.
+inline void* allocateSparseBlock(size_t bytes) {
+  const size_t length = roundUpTo(bytes == 0 ? 1 : bytes, kSmallPageBytes);
+  void* block = mmap(nullptr, length, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+  if (block == MAP_FAILED) throw std::bad_alloc();
+  // Advice only, for systems that give huge pages unasked.
+  madvise(block, length, MADV_NOHUGEPAGE);
+#if defined(SABLEVOX_LEAK_CHECKED_BLOCKS)
+  __lsan_register_root_region(block, length);
+#endif
+  return block;
+}
+
+// Releases a block of allocateLargeBlock or allocateSparseBlock with the
+// same `bytes`.
 inline void freeLargeBlock(void* block, size_t bytes) noexcept {
   if (block == nullptr) return;
   const size_t length = roundUpTo(bytes == 0 ? 1 : bytes, kSmallPageBytes);
