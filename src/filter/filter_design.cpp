@@ -7,6 +7,7 @@
 #include "filter/cutoff_law.h"
 #include "filter/family_design.h"
 #include "filter/filter_types.h"
+#include "host/written_mark.h"
 
 namespace sablevox {
 
@@ -46,9 +47,10 @@ void clearWords(float* words, int n) {
   std::fill(words, words + n, 0.0f);
 }
 
-// All of the line zero: the cells beyond the mark are already.
+// All of the line zero: the cells beyond the mark are already. The first
+// four are hist2, which other routines write without marking.
 void clearLine(FilterState& state) {
-  clearWords(state.line, std::clamp(state.lineWritten, 4, kFilterLineLength));
+  clearWritten(state.line, state.lineWritten, kFilterLineLength, 4);
   state.lineWritten = 0;
 }
 

@@ -1,11 +1,10 @@
 // The delay-line frequency modulator: the low-passed input goes into a line
 // whose read delay an internal 16-point shape swings, at a depth ramped
 // across each render pass from the last tick's value to this tick's.
-#include <algorithm>
-
 #include "filter/denormal_guard.h"
 #include "filter/filter_routine.h"
 #include "filter/fm_shapes.h"
+#include "host/written_mark.h"
 
 namespace sablevox {
 namespace {
@@ -18,11 +17,8 @@ void filterFm(float* buffer, int count, FilterState& state) {
   const float increment = state.set1[0], depth = state.set1[1], cf = state.set1[2];
   const float* shape = fmShape(state.set1[3]);
   int write = static_cast<int>(state.set2[0]) & kLineMask;
-  // Cells write + 1 .. write + count are written below; past the end the
-  // index wraps and the whole line counts as written.
-  const int reach = write + count + 1;
-  state.lineWritten =
-      reach > kFilterLineLength ? kFilterLineLength : std::max(state.lineWritten, reach);
+  // Cells write + 1 .. write + count are written below.
+  state.lineWritten = raiseWrittenMark(state.lineWritten, write + 1, count, kFilterLineLength);
   float phase = state.set2[1];
   const float lastDepth = state.set2[2];
   float low = state.hist1[0], band = state.hist1[1], high = state.hist1[2];

@@ -98,4 +98,16 @@ inline void freeLargeBlock(void* block, size_t bytes) noexcept {
     ::sablevox::freeLargeBlock(block, bytes);                       \
   }
 
+// The same for types of which most is lines used later or never: the block
+// in small pages, so that a line's pages become resident as it is written.
+// Such a type's constructor must be user-provided, so that `new T()` does
+// not zero what the block gives zeroed.
+#define SABLEVOX_SPARSE_BLOCK_OPERATORS                             \
+  static void* operator new(size_t bytes) {                         \
+    return ::sablevox::allocateSparseBlock(bytes);                  \
+  }                                                                 \
+  static void operator delete(void* block, size_t bytes) noexcept { \
+    ::sablevox::freeLargeBlock(block, bytes);                       \
+  }
+
 }  // namespace sablevox
