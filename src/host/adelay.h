@@ -47,8 +47,8 @@ class ADelay : public AudioEffectX {
  public:
   explicit ADelay(audioMasterCallback audioMaster);
   ~ADelay() override;
-  // Nine megabytes of voice records: fresh huge pages fault in far faster
-  // than thousands of small ones when a host creates an instance.
+  // A megabyte of block buffers, touched only as far as the host's blocks
+  // reach: zeroed pages of its own, out of the heap.
   SABLEVOX_LARGE_BLOCK_OPERATORS
 
   // Frame operations.

@@ -1,10 +1,12 @@
-// Zeroed memory for the multi-megabyte objects of an instance (effect lines,
-// wave slots, engine records), backed by huge pages where the system offers
-// them. First touching 10 MB of small pages costs tens of milliseconds of
-// page faults (far more under virtualisation); 2 MB pages cost a handful.
-// Constructor, destructor and worker threads only: these map and unmap
-// memory. Header-only, so that any library may use it without a link
-// dependency.
+// Zeroed memory for the large objects of an instance, in two kinds: blocks
+// backed by huge pages where the system offers them, for memory that is
+// touched whole (first touching 10 MB of small pages costs tens of
+// milliseconds of page faults, far more under virtualisation; 2 MB pages
+// cost a handful), and sparse blocks in small pages for lines that are used
+// only later or never (voice records, effect lines), whose untouched pages
+// stay out of the resident set. Constructor, destructor and worker threads
+// only: these map and unmap memory. Header-only, so that any library may use
+// it without a link dependency.
 #pragma once
 
 #include <sys/mman.h>
