@@ -75,22 +75,22 @@ double residentMb() {
 
 }  // namespace
 
-SwitchResult measureFilterSwitch(const Subject& subject, const std::string& from,
-                                 const std::string& to) {
+SwitchResult measureSwitch(const Subject& subject, const std::string& name, const std::string& from,
+                           const std::string& to) {
   SwitchResult result;
   render::PluginSession session;
-  if (!startPlaying(subject, {"Voices=32", "FiltType=" + from}, session, result.error)) {
+  if (!startPlaying(subject, {"Voices=32", name + "=" + from}, session, result.error)) {
     return result;
   }
   if (!session.sablevox) {
-    result.error = "the filter change is a Sablevox measure";
+    result.error = "the type change is a Sablevox measure";
     return result;
   }
   host::Plugin& plugin = *session.plugin;
   render::ParameterSetting change{};
   std::vector<std::string> names;
   for (int i = 0; i < plugin.numParams(); ++i) names.push_back(plugin.paramName(i));
-  if (!render::resolveSetting("FiltType=" + to, names, true, change, result.error)) return result;
+  if (!render::resolveSetting(name + "=" + to, names, true, change, result.error)) return result;
 
   std::vector<float> left(kBlock), right(kBlock);
   playNotes(plugin);

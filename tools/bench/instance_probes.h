@@ -1,7 +1,7 @@
 // Two Sablevox measures beside the CPU tables: the longest block around a
-// filter-type change under 32 sounding voices (the clearing it asks for runs
-// on the audio thread inside one block), and the memory an instance keeps
-// resident after creation and after playing.
+// change of filter or effect type under 32 sounding voices (the clearing it
+// asks for runs on the audio thread inside one block), and the memory an
+// instance keeps resident after creation and after playing.
 #pragma once
 
 #include <string>
@@ -17,11 +17,11 @@ struct SwitchResult {
   double worstMs = 0.0;  // longest block from the change until 0.3 s after it
 };
 
-// 32 notes with Voices 32 and FiltType `from` at 44100 Hz in blocks of 256,
-// held for a second (long enough for an FM type to fill its delay lines),
-// then FiltType `to`. Audio-thread CPU time of each block.
-SwitchResult measureFilterSwitch(const Subject& subject, const std::string& from,
-                                 const std::string& to);
+// 32 notes with Voices 32 and parameter `name` at choice `from`, 44100 Hz in
+// blocks of 256, held for a second (long enough for an FM type to fill its
+// delay lines), then `to`. Audio-thread CPU time of each block.
+SwitchResult measureSwitch(const Subject& subject, const std::string& name, const std::string& from,
+                           const std::string& to);
 
 struct ResidentResult {
   bool ok = false;

@@ -63,27 +63,35 @@ std::string fixed(double value, int precision) {
   return text;
 }
 
-// Filter-type changes under 32 voices (Sablevox only) and resident memory.
+// Filter and effect type changes under 32 voices (Sablevox only) and
+// resident memory.
 void printProbes(const BenchOptions& o, const std::vector<ResidentResult>& resident) {
   std::cout
-      << "## Filter-type change with 32 sounding voices, resident memory\n\n"
-      << "Audio-thread CPU ms of the longest block from a change of FiltType until 0.3 s after it, "
+      << "## Type changes with 32 sounding voices, resident memory\n\n"
+      << "Audio-thread CPU ms of the longest block from a change of FiltType or EffType until "
+         "0.3 s after it, "
          "beside a usual block (medians of "
       << o.runs << " runs); resident MB the process grew by with its first instance.\n\n";
   std::vector<std::string> header = {"measure"};
   for (const auto& s : o.subjects) header.push_back(s.label);
   std::vector<std::vector<std::string>> rows;
-  const std::pair<const char*, const char*> changes[] = {
-      {"LP Moog", "LP 12dB"}, {"LP Moog", "FM Saw"}, {"FM Saw", "LP Moog"}};
+  const struct {
+    const char *name, *from, *to;
+  } changes[] = {{"FiltType", "LP Moog", "LP 12dB"},
+                 {"FiltType", "LP Moog", "FM Saw"},
+                 {"FiltType", "FM Saw", "LP Moog"},
+                 {"EffType", "off", "Del+Rev A"},
+                 {"EffType", "Del+Rev A", "Chorus"}};
   std::vector<std::string> usualRow = {"usual block, ms"};
   std::vector<Samples> usual(o.subjects.size());
-  for (const auto& [from, to] : changes) {
-    std::vector<std::string> row = {std::string(from) + " -> " + to + ", worst block, ms"};
+  for (const auto& [name, from, to] : changes) {
+    std::vector<std::string> row = {std::string(name) + " " + from + " -> " + to +
+                                    ", worst block, ms"};
     for (size_t s = 0; s < o.subjects.size(); ++s) {
       Samples worst;
       std::string error;
       for (int run = 0; run < o.runs; ++run) {
-        const SwitchResult r = measureFilterSwitch(o.subjects[s], from, to);
+        const SwitchResult r = measureSwitch(o.subjects[s], name, from, to);
         if (!r.ok) {
           error = r.error;
           break;
