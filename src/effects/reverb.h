@@ -66,8 +66,9 @@ class Reverb {
   std::array<float, kParameterCount> parameters_{0.5f, 0.5f, 0.5f, 0.0f};
   float sampleRate_ = 44100.0f;
   int mode_ = 3;
-  std::array<float, kBlockLength> bufferLeft_{};
-  std::array<float, kBlockLength> bufferRight_{};
+  // Work buffers, written before they are read in each piece.
+  std::array<float, kBlockLength> bufferLeft_;
+  std::array<float, kBlockLength> bufferRight_;
   int writeIndex_ = 0;
   std::array<float, kSectionCount> lfoPhase_{};
   std::array<std::array<float, kBlockLength>, kSectionCount> lines_;
