@@ -28,10 +28,11 @@ inline float readHermite(const float* line, int w, float d) {
 }  // namespace
 
 void Chorus::reset() {
-  lineLeft_.fill(0.0f);
-  lineRight_.fill(0.0f);
-  lineHighLeft_.fill(0.0f);
-  lineHighRight_.fill(0.0f);
+  clearWritten(lineLeft_.data(), lineWritten_, kLineLength);
+  clearWritten(lineRight_.data(), lineWritten_, kLineLength);
+  clearWritten(lineHighLeft_.data(), highWritten_, kLineLength);
+  clearWritten(lineHighRight_.data(), highWritten_, kLineLength);
+  lineWritten_ = highWritten_ = 0;
   writeIndex_ = 0;
   phase1_ = 0.0f;
   phase2_ = 0.0f;
@@ -70,6 +71,7 @@ void Chorus::processChorus(float* left, float* right, int count) {
   float* lineR = lineRight_.data();
   float phase = phase1_;
   int w = writeIndex_;
+  lineWritten_ = raiseWrittenMark(lineWritten_, w, count, kLineLength);
   for (int i = 0; i < count; ++i) {
     const float l = left[i];
     const float r = right[i];
@@ -99,6 +101,7 @@ void Chorus::processEnsemble(float* left, float* right, int count) {
   float p1 = phase1_;
   float p2 = phase2_;
   int w = writeIndex_;
+  lineWritten_ = raiseWrittenMark(lineWritten_, w, count, kLineLength);
   for (int i = 0; i < count; ++i) {
     const float l = left[i];
     const float r = right[i];
@@ -133,6 +136,8 @@ void Chorus::processFlanger(float* left, float* right, int count) {
   float* lineR = lineRight_.data();
   float phase = phase1_;
   int w = writeIndex_;
+  // Written one ahead: cells w + 1 .. w + count.
+  lineWritten_ = raiseWrittenMark(lineWritten_, w + 1, count, kLineLength);
   auto secondTap = [](const float* line, int at, float d) {
     const int i = static_cast<int>(2.0f * d);
     const int j = static_cast<int>(2.0f * d + 1.0f);
@@ -183,6 +188,8 @@ void Chorus::processRotary(float* left, float* right, int count) {
   float bandL = lowLeft_;
   float bandR = lowRight_;
   int w = writeIndex_;
+  lineWritten_ = raiseWrittenMark(lineWritten_, w, count, kLineLength);
+  highWritten_ = raiseWrittenMark(highWritten_, w, count, kLineLength);
   for (int i = 0; i < count; ++i) {
     const float l = left[i];
     const float r = right[i];

@@ -6,6 +6,7 @@
 
 #include "effects/effect_common.h"
 #include "host/large_block.h"
+#include "host/written_mark.h"
 
 namespace sablevox {
 
@@ -16,9 +17,11 @@ class Chorus {
   // Holds the deepest sweep at the highest supported rate; indices wrap.
   static constexpr int kLineLength = 32768;
 
-  Chorus() = default;
-  // Megabytes of lines: cheap to fault in at construction on huge pages.
-  SABLEVOX_LARGE_BLOCK_OPERATORS
+  // Megabytes of lines, zero from the block and resident only as far as
+  // they are written (written marks). User-provided, so that `new Chorus()`
+  // does not zero them again.
+  Chorus() {}
+  SABLEVOX_SPARSE_BLOCK_OPERATORS
   Chorus(const Chorus&) = delete;
   Chorus& operator=(const Chorus&) = delete;
 
@@ -49,11 +52,13 @@ class Chorus {
   std::array<float, kParameterCount> parameters_{0.5f, 0.5f, 0.5f, 0.5f, 0.5f};
   float sampleRate_ = 44100.0f;
   int mode_ = 0;
-  Line lineLeft_{};
-  Line lineRight_{};
-  Line lineHighLeft_{};   // rotary only
-  Line lineHighRight_{};  // rotary only
+  Line lineLeft_;
+  Line lineRight_;
+  Line lineHighLeft_;   // rotary only
+  Line lineHighRight_;  // rotary only
   int writeIndex_ = 0;
+  int32_t lineWritten_ = 0;  // of lineLeft_ and lineRight_
+  int32_t highWritten_ = 0;  // of lineHighLeft_ and lineHighRight_
   float phase1_ = 0.0f;
   float phase2_ = 0.0f;
   float lowLeft_ = 0.0f;  // rotary crossover

@@ -19,10 +19,11 @@ constexpr float kLongestDelay = 536870912.0f;  // 2^29
 }  // namespace
 
 void Delay::reset() {
-  lineLeft_.fill(0.0f);
-  lineRight_.fill(0.0f);
-  lineAux1_.fill(0.0f);
-  lineAux2_.fill(0.0f);
+  clearWritten(lineLeft_.data(), lineWritten_, kLineLength);
+  clearWritten(lineRight_.data(), lineWritten_, kLineLength);
+  clearWritten(lineAux1_.data(), auxWritten_, kLineLength);
+  clearWritten(lineAux2_.data(), auxWritten_, kLineLength);
+  lineWritten_ = auxWritten_ = 0;
   writeIndex_ = 0;
   dampLeft_ = 0.0f;
   dampRight_ = 0.0f;
@@ -72,6 +73,7 @@ void Delay::processEcho(float* left, float* right, int count, int leftDelay, int
   float dampL = dampLeft_;
   float dampR = dampRight_;
   int w = writeIndex_;
+  lineWritten_ = raiseWrittenMark(lineWritten_, w, count, kLineLength);
   for (int i = 0; i < count; ++i) {
     const float l = left[i];
     const float r = right[i];
@@ -111,6 +113,8 @@ void Delay::processCross(float* left, float* right, int count, int delay, float 
   float dampL = dampLeft_;
   float dampR = dampRight_;
   int w = writeIndex_;
+  lineWritten_ = raiseWrittenMark(lineWritten_, w, count, kLineLength);
+  auxWritten_ = raiseWrittenMark(auxWritten_, w, count, kLineLength);
   for (int i = 0; i < count; ++i) {
     const float l = left[i];
     const float r = right[i];

@@ -6,6 +6,7 @@
 
 #include "effects/effect_common.h"
 #include "host/large_block.h"
+#include "host/written_mark.h"
 
 namespace sablevox {
 
@@ -16,9 +17,11 @@ class Delay {
   // (slow tempi, high rates) read a newer sample instead of leaving the line.
   static constexpr int kLineLength = 131072;
 
-  Delay() = default;
-  // Megabytes of lines: cheap to fault in at construction on huge pages.
-  SABLEVOX_LARGE_BLOCK_OPERATORS
+  // Megabytes of lines, zero from the block and resident only as far as
+  // they are written (written marks). User-provided, so that `new Delay()`
+  // does not zero them again.
+  Delay() {}
+  SABLEVOX_SPARSE_BLOCK_OPERATORS
   Delay(const Delay&) = delete;
   Delay& operator=(const Delay&) = delete;
 
@@ -53,11 +56,13 @@ class Delay {
   float sampleRate_ = 44100.0f;
   float tempo_ = 120.0f;
   int mode_ = 0;
-  Line lineLeft_{};
-  Line lineRight_{};
-  Line lineAux1_{};  // mode 3 only
-  Line lineAux2_{};  // mode 3 only
+  Line lineLeft_;
+  Line lineRight_;
+  Line lineAux1_;  // mode 3 only
+  Line lineAux2_;  // mode 3 only
   int writeIndex_ = 0;
+  int32_t lineWritten_ = 0;  // of lineLeft_ and lineRight_
+  int32_t auxWritten_ = 0;   // of lineAux1_ and lineAux2_
   float dampLeft_ = 0.0f;
   float dampRight_ = 0.0f;
 };

@@ -32,7 +32,10 @@ int reverbSectionLength(float size, float sampleRate, float tableEntry) {
 }
 
 void Reverb::reset() {
-  for (auto& line : lines_) line.fill(0.0f);
+  for (int k = 0; k < kSectionCount; ++k) {
+    clearWritten(lines_[k].data(), lineWritten_[k], kBlockLength);
+    lineWritten_[k] = 0;
+  }
   writeIndex_ = 0;
 }
 
@@ -158,6 +161,9 @@ void Reverb::runSections(float* bufL, float* bufR, int count, const Section& lef
                left.increment,           lfoPhase_[left.line], lowpass_[left.line]};
   SectionRun b{lines_[right.line].data(), right.length,          right.decay,
                right.increment,           lfoPhase_[right.line], lowpass_[right.line]};
+  for (const int line : {left.line, right.line}) {
+    lineWritten_[line] = raiseWrittenMark(lineWritten_[line], writeIndex_, count, kBlockLength);
+  }
   if (left.modulated) {
     runSectionPair<true>(bufL, bufR, count, a, b, writeIndex_, g);
   } else {

@@ -7,6 +7,7 @@
 
 #include "effects/effect_common.h"
 #include "host/large_block.h"
+#include "host/written_mark.h"
 
 namespace sablevox {
 
@@ -22,9 +23,11 @@ class Reverb {
   static constexpr int kBlockLength = 32768;
   static constexpr int kSectionCount = 16;  // lines 0..7 left, 8..15 right
 
-  Reverb() = default;
-  // Megabytes of lines: cheap to fault in at construction on huge pages.
-  SABLEVOX_LARGE_BLOCK_OPERATORS
+  // Megabytes of lines, zero from the block and resident only as far as
+  // they are written (written marks). User-provided, so that `new Reverb()`
+  // does not zero them again.
+  Reverb() {}
+  SABLEVOX_SPARSE_BLOCK_OPERATORS
   Reverb(const Reverb&) = delete;
   Reverb& operator=(const Reverb&) = delete;
 
@@ -63,11 +66,13 @@ class Reverb {
   std::array<float, kParameterCount> parameters_{0.5f, 0.5f, 0.5f, 0.0f};
   float sampleRate_ = 44100.0f;
   int mode_ = 3;
-  std::array<float, kBlockLength> bufferLeft_{};
-  std::array<float, kBlockLength> bufferRight_{};
+  // Work buffers, written before they are read in each piece.
+  std::array<float, kBlockLength> bufferLeft_;
+  std::array<float, kBlockLength> bufferRight_;
   int writeIndex_ = 0;
   std::array<float, kSectionCount> lfoPhase_{};
-  std::array<std::array<float, kBlockLength>, kSectionCount> lines_{};
+  std::array<std::array<float, kBlockLength>, kSectionCount> lines_;
+  std::array<int32_t, kSectionCount> lineWritten_{};
   std::array<float, kSectionCount> lowpass_{};
 };
 

@@ -7,6 +7,7 @@
 #include "filter/cutoff_law.h"
 #include "filter/family_design.h"
 #include "filter/filter_types.h"
+#include "host/written_mark.h"
 
 namespace sablevox {
 
@@ -44,6 +45,13 @@ void copyWords(const float* from, float* to, int n) {
 }
 void clearWords(float* words, int n) {
   std::fill(words, words + n, 0.0f);
+}
+
+// All of the line zero: the cells beyond the mark are already. The first
+// four are hist2, which other routines write without marking.
+void clearLine(FilterState& state) {
+  clearWritten(state.line, state.lineWritten, kFilterLineLength, 4);
+  state.lineWritten = 0;
 }
 
 }  // namespace
@@ -99,7 +107,7 @@ void resetFilter(FilterState& state) {
     case kModeFm:
       clearWords(state.set2, 5);
       clearWords(state.hist1, 4);
-      clearWords(state.line, kFilterLineLength);
+      clearLine(state);
       break;
     case kModeLadder:
     case kModeLadderNoisy:
@@ -110,6 +118,14 @@ void resetFilter(FilterState& state) {
     default:
       break;
   }
+}
+
+void clearFilter(FilterState& state) {
+  clearLine(state);
+  state.code = state.sampleRate = state.cutoff = state.resonance = state.mode = state.gain = 0.0f;
+  clearWords(state.set1, 8);
+  clearWords(state.set2, 5);
+  clearWords(state.hist1, 4);
 }
 
 }  // namespace sablevox

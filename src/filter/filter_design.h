@@ -25,6 +25,10 @@ void copyFilterSettings(const FilterState& left, FilterState& right);
 // Clears the running state that mode covers, at a note start that resets the sound.
 void resetFilter(FilterState& state);
 
+// Leaves every word of the record zero, as a change of filter type asks;
+// of the line it writes only the cells written since its last clear.
+void clearFilter(FilterState& state);
+
 // Far above any healthy running value: a full oscillator stack through the
 // most resonant type stays two orders of magnitude below it.
 constexpr float kFilterRunawayLimit = 1.0e6f;

@@ -1,7 +1,9 @@
-// The record of one filter channel. Every field is a float, whole numbers too,
-// so that one record can be cleared or copied as plain words. Each voice owns
-// a left and a right one.
+// The record of one filter channel. Every field but the line's mark is a
+// float, whole numbers too, so that one record can be cleared or copied as
+// plain words. Each voice owns a left and a right one.
 #pragma once
+
+#include <cstdint>
 
 namespace sablevox {
 
@@ -22,8 +24,14 @@ struct FilterState {
     float hist2[4];
     float line[kFilterLineLength];
   };
+  // Cells at the start of `line` that may be other than zero: the FM filter
+  // raises it as it writes, a clear of the line sets it back to 0. The first
+  // four cells (hist2, which other routines write) always count as written.
+  // Clearing up to the mark clears the line whole at a fraction of the cost,
+  // and leaves the untouched pages of the 128 KB record untouched.
+  int32_t lineWritten;
 };
 
-static_assert(sizeof(FilterState) == (6 + 8 + 5 + 4 + kFilterLineLength) * sizeof(float));
+static_assert(sizeof(FilterState) == (6 + 8 + 5 + 4 + 1 + kFilterLineLength) * sizeof(float));
 
 }  // namespace sablevox

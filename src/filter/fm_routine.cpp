@@ -4,6 +4,7 @@
 #include "filter/denormal_guard.h"
 #include "filter/filter_routine.h"
 #include "filter/fm_shapes.h"
+#include "host/written_mark.h"
 
 namespace sablevox {
 namespace {
@@ -16,6 +17,8 @@ void filterFm(float* buffer, int count, FilterState& state) {
   const float increment = state.set1[0], depth = state.set1[1], cf = state.set1[2];
   const float* shape = fmShape(state.set1[3]);
   int write = static_cast<int>(state.set2[0]) & kLineMask;
+  // Cells write + 1 .. write + count are written below.
+  state.lineWritten = raiseWrittenMark(state.lineWritten, write + 1, count, kFilterLineLength);
   float phase = state.set2[1];
   const float lastDepth = state.set2[2];
   float low = state.hist1[0], band = state.hist1[1], high = state.hist1[2];

@@ -35,8 +35,7 @@ ADelay::ADelay(audioMasterCallback audioMaster)
 
   // Arpeggiator keys, voices, counters, LFO indices, averaging history and
   // the effects' sleep: what a reset clears, and a little more. The voices
-  // are cleared whole once, so that later resets may skip unused lines.
-  std::memset(static_cast<void*>(voices), 0, sizeof voices);
+  // come zeroed from their block; the reset touches only the words in use.
   resetEngine();
   std::memset(arpKeysPrevious, 0, sizeof arpKeysPrevious);
   rebuildWaves = true;

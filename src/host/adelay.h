@@ -23,6 +23,7 @@
 #include "notes/ui_note_queue.h"
 #include "voice/render_types.h"
 #include "voice/voice.h"
+#include "voice/voice_block.h"
 #include "waves/wave_store.h"
 
 namespace sablevox {
@@ -47,8 +48,8 @@ class ADelay : public AudioEffectX {
  public:
   explicit ADelay(audioMasterCallback audioMaster);
   ~ADelay() override;
-  // Nine megabytes of voice records: fresh huge pages fault in far faster
-  // than thousands of small ones when a host creates an instance.
+  // A megabyte of block buffers, touched only as far as the host's blocks
+  // reach: zeroed pages of its own, out of the heap.
   SABLEVOX_LARGE_BLOCK_OPERATORS
 
   // Frame operations.
@@ -126,7 +127,9 @@ class ADelay : public AudioEffectX {
   Stereo* stereo = nullptr;
   int lastEffType = 0;
   Shared<bool> effectsAsleep{false};
-  Voice voices[kMaxVoices];
+  // The records live in small pages of their own (voice_block.h).
+  VoiceBlock voiceBlock;
+  VoiceBlock::Voices& voices = voiceBlock.voices();
   // Phase increment per note at the current rate; written by setSampleRate.
   Shared<float> pitchTable[kPitchTableSize];
   float pitchBendFactor = 1.0f;

@@ -1,10 +1,12 @@
-// Zeroed memory for the multi-megabyte objects of an instance (effect lines,
-// wave slots, engine records), backed by huge pages where the system offers
-// them. First touching 10 MB of small pages costs tens of milliseconds of
-// page faults (far more under virtualisation); 2 MB pages cost a handful.
-// Constructor, destructor and worker threads only: these map and unmap
-// memory. Header-only, so that any library may use it without a link
-// dependency.
+// Zeroed memory for the large objects of an instance, in two kinds: blocks
+// backed by huge pages where the system offers them, for memory that is
+// touched whole (first touching 10 MB of small pages costs tens of
+// milliseconds of page faults, far more under virtualisation; 2 MB pages
+// cost a handful), and sparse blocks in small pages for lines that are used
+// only later or never (voice records, effect lines), whose untouched pages
+// stay out of the resident set. Constructor, destructor and worker threads
+// only: these map and unmap memory. Header-only, so that any library may use
+// it without a link dependency.
 #pragma once
 
 #include <sys/mman.h>
@@ -61,7 +63,24 @@ inline void* allocateLargeBlock(size_t bytes) {
   return reinterpret_cast<void*>(aligned);
 }
 
-// Releases a block of allocateLargeBlock with the same `bytes`.
+// `bytes` of zeroed memory in small pages, for records of which a few words
+// are in use and the rest only later or never: pages never touched never
+// become resident, where one touch of a huge page makes 2 MB resident.
+// Throws std::bad_alloc on failure.
+inline void* allocateSparseBlock(size_t bytes) {
+  const size_t length = roundUpTo(bytes == 0 ? 1 : bytes, kSmallPageBytes);
+  void* block = mmap(nullptr, length, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+  if (block == MAP_FAILED) throw std::bad_alloc();
+  // Advice only, for systems that give huge pages unasked.
+  madvise(block, length, MADV_NOHUGEPAGE);
+#if defined(SABLEVOX_LEAK_CHECKED_BLOCKS)
+  __lsan_register_root_region(block, length);
+#endif
+  return block;
+}
+
+// Releases a block of allocateLargeBlock or allocateSparseBlock with the
+// same `bytes`.
 inline void freeLargeBlock(void* block, size_t bytes) noexcept {
   if (block == nullptr) return;
   const size_t length = roundUpTo(bytes == 0 ? 1 : bytes, kSmallPageBytes);
@@ -76,6 +95,18 @@ inline void freeLargeBlock(void* block, size_t bytes) noexcept {
 #define SABLEVOX_LARGE_BLOCK_OPERATORS                              \
   static void* operator new(size_t bytes) {                         \
     return ::sablevox::allocateLargeBlock(bytes);                   \
+  }                                                                 \
+  static void operator delete(void* block, size_t bytes) noexcept { \
+    ::sablevox::freeLargeBlock(block, bytes);                       \
+  }
+
+// The same for types of which most is lines used later or never: the block
+// in small pages, so that a line's pages become resident as it is written.
+// Such a type's constructor must be user-provided, so that `new T()` does
+// not zero what the block gives zeroed.
+#define SABLEVOX_SPARSE_BLOCK_OPERATORS                             \
+  static void* operator new(size_t bytes) {                         \
+    return ::sablevox::allocateSparseBlock(bytes);                  \
   }                                                                 \
   static void operator delete(void* block, size_t bytes) noexcept { \
     ::sablevox::freeLargeBlock(block, bytes);                       \

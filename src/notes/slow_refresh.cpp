@@ -2,7 +2,6 @@
 // count, LFO rate, render variants, filter code and its state clearing) into
 // the fields the ticks and renders use. Audio thread, from the block driver.
 #include <bit>
-#include <cstring>
 
 #include "filter/filter_design.h"
 #include "host/adelay.h"
@@ -42,8 +41,8 @@ void ADelay::slowRefresh() {
   for (int v = 0; v < activeVoices; ++v) {
     Voice& voice = voices[v];
     if (voice.filterCode != code) {
-      std::memset(static_cast<void*>(&voice.filterLeft), 0, sizeof voice.filterLeft);
-      std::memset(static_cast<void*>(&voice.filterRight), 0, sizeof voice.filterRight);
+      clearFilter(voice.filterLeft);
+      clearFilter(voice.filterRight);
     }
     voice.filterCode = code;
   }

@@ -84,7 +84,6 @@ void ADelay::renderVoice(int voiceIndex, int sampleCount, float* outLeft, float*
   if (stereoFilter != nullptr) {
     stereoFilter(mixLeft, mixRight, sampleCount, voice.filterLeft, voice.filterRight);
   } else {
-    if (filterRoutine == filterFm) voice.filterLinesUsed = 1;
     filterRoutine(mixLeft, sampleCount, voice.filterLeft);
     if (stereo) filterRoutine(mixRight, sampleCount, voice.filterRight);
   }

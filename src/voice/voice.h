@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <cstring>
 
+#include "filter/filter_design.h"
 #include "filter/filter_state.h"
 
 namespace sablevox {
@@ -38,31 +39,21 @@ struct Voice {
   float oscLevel[2];
   float tuneRatio;
   float panLeft, panRight;
-  // Set once the FM filter has written beyond the first words of a line;
-  // until then both lines are known to be zero.
-  uint8_t filterLinesUsed;
 };
 
-// Leaves every byte of the voice zero. Lines the FM filter never wrote are
-// zero already and are skipped: they are nearly all of the record's 260 KB,
-// and a reset clears 32 voices on the audio thread.
+// Leaves every byte of the voice zero. The filter records' lines are
+// cleared only as far as they were written: nearly all of the record's
+// 260 KB is zero already and untouched, and a reset clears 32 voices on the
+// audio thread.
 inline void clearVoice(Voice& voice) {
+  clearFilter(voice.filterLeft);
+  clearFilter(voice.filterRight);
   auto* bytes = reinterpret_cast<unsigned char*>(&voice);
-  if (voice.filterLinesUsed) {
-    std::memset(bytes, 0, sizeof(Voice));
-    return;
-  }
-  constexpr size_t kKept = 4 * sizeof(float);  // the line's first words are hist2
-  const auto clearUpTo = [&](size_t& from, const float* line) {
-    const auto to =
-        static_cast<size_t>(reinterpret_cast<const unsigned char*>(line) - bytes) + kKept;
-    std::memset(bytes + from, 0, to - from);
-    from = to - kKept + sizeof(float) * kFilterLineLength;
-  };
-  size_t from = 0;
-  clearUpTo(from, voice.filterLeft.line);
-  clearUpTo(from, voice.filterRight.line);
-  std::memset(bytes + from, 0, sizeof(Voice) - from);
+  constexpr size_t kFiltersStart = offsetof(Voice, filterLeft);
+  constexpr size_t kFiltersEnd = offsetof(Voice, filterRight) + sizeof(FilterState);
+  static_assert(offsetof(Voice, filterRight) == kFiltersStart + sizeof(FilterState));
+  std::memset(bytes, 0, kFiltersStart);
+  std::memset(bytes + kFiltersEnd, 0, sizeof(Voice) - kFiltersEnd);
 }
 
 }  // namespace sablevox

@@ -116,9 +116,11 @@ TEST(Delay, ModeThreeCrossesTheChannels) {
   EXPECT_NEAR(s.right[4 * delay], fb * fb * 0.8f, 1e-4f);
 }
 
+// Nearly to the lines' end, as for the chorus.
 TEST(Delay, ResetReturnsToTheFreshState) {
   testing::expectResetGivesFreshState(
-      [](int mode) { return makeDelay(mode, 44100.0f, 133.0f, 0.6f, 0.7f, 0.2f); }, 4, 40000);
+      [](int mode) { return makeDelay(mode, 44100.0f, 133.0f, 0.6f, 0.7f, 0.2f); }, 4,
+      Delay::kLineLength - 3);
 }
 
 }  // namespace

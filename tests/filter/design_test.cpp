@@ -151,6 +151,7 @@ TEST(FilterDesign, CopyAndResetCoverWhatTheModeSays) {
       EXPECT_EQ(r[w], copied ? l[w] : 9.0f) << m.code << " word " << w;
     }
     left->line[kFilterLineLength - 1] = 5.0f;
+    left->lineWritten = kFilterLineLength;  // as the FM routine marks a full line
     resetFilter(*left);
     for (int w = 14; w < test::kRecordWords; ++w) {
       const bool cleared = (w < 14 + m.set2Cleared) || (w >= 19 && w < 23 && m.histories) ||

@@ -3,7 +3,9 @@
 // input offset stays inside the tolerance.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <vector>
 
 #include "filter/filter_routine.h"
@@ -201,6 +203,41 @@ TEST(FmRoutine, NoDepthIsATwoSampleDelayOfTheLowPass) {
   filterFm(out.data(), 200, *fm);
   filterStateVariable(low.data(), 200, *svf);
   for (int i = 2; i < 200; ++i) EXPECT_EQ(out[i], low[i - 2]) << i;
+}
+
+// Clears write the line only up to the routine's mark, so the mark must lie
+// beyond every cell written, also when the write index starts late (a record
+// that another routine ran on) or wraps; a clear then leaves no word set.
+TEST(FmRoutine, WrittenMarkCoversEveryCellItWrites) {
+  for (const int start : {0, 5000, kFilterLineLength - 100}) {
+    for (const bool reset : {false, true}) {
+      auto state = newState();
+      designFilter(36, 44100, 0.5f, 0.5f, *state);
+      state->set2[0] = static_cast<float>(start);
+      test::Sawtooth saw(44100, 300.0f);
+      std::vector<float> buffer(256);
+      for (int pass = 0; pass < 3; ++pass) {
+        for (float& v : buffer) v = saw.next();
+        filterFm(buffer.data(), 256, *state);
+      }
+      const float* line = state->line;
+      const int last =
+          int(std::find_if(std::make_reverse_iterator(line + kFilterLineLength),
+                           std::make_reverse_iterator(line), [](float v) { return v != 0.0f; })
+                  .base() -
+              line);
+      EXPECT_GT(last, 4) << start;
+      EXPECT_LE(last, state->lineWritten) << start;
+      EXPECT_EQ(state->lineWritten, start == 0 ? 769 : start == 5000 ? 5769 : kFilterLineLength);
+      reset ? resetFilter(*state) : clearFilter(*state);
+      EXPECT_TRUE(std::all_of(line, line + kFilterLineLength, [](float v) { return v == 0.0f; }));
+      EXPECT_EQ(state->lineWritten, 0);
+      if (!reset) {
+        const float* w = test::words(*state);
+        EXPECT_TRUE(std::all_of(w, w + test::kRecordWords, [](float v) { return v == 0.0f; }));
+      }
+    }
+  }
 }
 
 // The running state carries a tick split over two render passes seamlessly.

@@ -7,6 +7,7 @@
 #include <map>
 
 #include "bench/bench_options.h"
+#include "bench/instance_probes.h"
 #include "bench/measure.h"
 #include "bench/report.h"
 #include "render/plugin_session.h"
@@ -62,10 +63,67 @@ std::string fixed(double value, int precision) {
   return text;
 }
 
+// Filter and effect type changes under 32 voices (Sablevox only) and
+// resident memory.
+void printProbes(const BenchOptions& o, const std::vector<ResidentResult>& resident) {
+  std::cout
+      << "## Type changes with 32 sounding voices, resident memory\n\n"
+      << "Audio-thread CPU ms of the longest block from a change of FiltType or EffType until "
+         "0.3 s after it, "
+         "beside a usual block (medians of "
+      << o.runs << " runs); resident MB the process grew by with its first instance.\n\n";
+  std::vector<std::string> header = {"measure"};
+  for (const auto& s : o.subjects) header.push_back(s.label);
+  std::vector<std::vector<std::string>> rows;
+  const struct {
+    const char *name, *from, *to;
+  } changes[] = {{"FiltType", "LP Moog", "LP 12dB"},
+                 {"FiltType", "LP Moog", "FM Saw"},
+                 {"FiltType", "FM Saw", "LP Moog"},
+                 {"EffType", "off", "Del+Rev A"},
+                 {"EffType", "Del+Rev A", "Chorus"}};
+  std::vector<std::string> usualRow = {"usual block, ms"};
+  std::vector<Samples> usual(o.subjects.size());
+  for (const auto& [name, from, to] : changes) {
+    std::vector<std::string> row = {std::string(name) + " " + from + " -> " + to +
+                                    ", worst block, ms"};
+    for (size_t s = 0; s < o.subjects.size(); ++s) {
+      Samples worst;
+      std::string error;
+      for (int run = 0; run < o.runs; ++run) {
+        const SwitchResult r = measureSwitch(o.subjects[s], name, from, to);
+        if (!r.ok) {
+          error = r.error;
+          break;
+        }
+        worst.push_back(r.worstMs);
+        usual[s].push_back(r.usualMs);
+      }
+      row.push_back(error.empty() ? withSpread(worst, 2) : "-");
+    }
+    rows.push_back(row);
+  }
+  for (const Samples& u : usual) usualRow.push_back(u.empty() ? "-" : withSpread(u, 2));
+  rows.push_back(usualRow);
+  std::vector<std::string> created = {"resident after creation, MB"};
+  std::vector<std::string> played = {"resident after 2 s of 32 notes, MB"};
+  for (const ResidentResult& r : resident) {
+    created.push_back(r.ok ? fixed(r.createdMb, 1) : "-");
+    played.push_back(r.ok ? fixed(r.playedMb, 1) : "-");
+  }
+  rows.push_back(created);
+  rows.push_back(played);
+  printTable(std::cout, header, rows);
+}
+
 int run(const BenchOptions& o) {
   const std::vector<int> noteCounts = {0, 1, 8, 32};
   std::vector<RunShape> shapes;
   for (int n : noteCounts) shapes.push_back({n, 256, 44100, o.seconds});
+
+  // Before any other instance, so that the process grows by this one alone.
+  std::vector<ResidentResult> resident;
+  for (const Subject& subject : o.subjects) resident.push_back(measureResident(subject));
 
   // Keep one instance of each plug-in for the whole run, so that loading
   // costs are those of a further instance; the first one is timed apart.
@@ -138,6 +196,7 @@ int run(const BenchOptions& o) {
   rows.push_back(second);
   printTable(std::cout, header, rows);
 
+  printProbes(o, resident);
   if (!o.growth) return 0;
   std::vector<RunShape> growth;
   for (int block = 32; block <= 4096; block *= 2) growth.push_back({32, block, 44100, o.seconds});
