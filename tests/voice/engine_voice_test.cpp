@@ -1,6 +1,7 @@
-// The global tick and refresh as the voices see them: Fat modes, ratios and
-// gains, the stack's start phases and stereo, render variants by quality, the
-// voice count, auto LFO rate and filter state clearing.
+// The global tick and refresh as the voices see them: the stack's start
+// phases and stereo, render variants by quality, the voice count, auto LFO
+// rate and filter state clearing. Fat's ratios and gains are pinned by the
+// unison regression renders.
 #include <algorithm>
 
 #include "host/numeric.h"
@@ -12,25 +13,6 @@
 
 namespace sablevox::testing {
 namespace {
-
-TEST_F(VoiceEngineTest, FatModesRatiosAndGain) {
-  const float a = 0.2f * 0.04f + 1.0f, c = 0.25f * 0.04f + 1.0f, d = 0.25f * 0.024f + 1.0f;
-  // clang-format off
-  const struct { float fat; int mode; float ratios[4]; float gain; } rows[] = {
-      {0.0099f, 0, {1, 1, 1, 1}, 1.0f},
-      {0.01f, 1, {1.0004f, 1 / 1.0004f, 1 / 1.0004f, 1.0004f}, 1.0f},
-      {0.2f, 1, {a, 1 / a, 1 / a, a}, 1.0f},
-      {0.5f, 2, {1, 1, 1, 1}, 0.7f},  // the detune jumps back at 0.5
-      {0.75f, 2, {c, 1 / c, 1 / d, d}, 0.7f}};
-  // clang-format on
-  for (const auto& row : rows) {
-    engine->setParameter(kFat, row.fat);
-    engine->globalTick(110);
-    EXPECT_EQ(engine->fatMode, row.mode) << row.fat;
-    for (int i = 0; i < 4; ++i) EXPECT_FLOAT_EQ(engine->fatRatio[i], row.ratios[i]) << row.fat;
-    EXPECT_FLOAT_EQ(engine->oscGain[0], row.gain) << row.fat;  // level 1 * Osc1Vol 1
-  }
-}
 
 TEST_F(VoiceEngineTest, StackMembersStartApartAndSpreadOverTheStereoField) {
   engine->setParameter(kFat, 0.3f);

@@ -1,7 +1,7 @@
-// The effect section: which steps run what, the tempo, values kept between
-// steps, and a bounds test over all steps, rates and hostile parameters.
-#include "effects/effect_section.h"
-
+// The effects where the regression renders (one tempo, one rate, two
+// settings of each step) do not reach: which steps run what and ask the
+// tempo, echo times at any tempo and rate, long blocks, resets, and bounds
+// over all steps, rates and hostile parameters.
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -12,6 +12,7 @@
 #include "effect_test_support.h"
 #include "effects/chorus.h"
 #include "effects/delay.h"
+#include "effects/effect_section.h"
 #include "effects/equaliser.h"
 #include "effects/reverb.h"
 #include "effects/stereo.h"
@@ -36,6 +37,38 @@ struct Units {
   }
 };
 
+std::unique_ptr<Delay> makeDelay(int mode, float rate, float bpm, float time, float wet,
+                                 float damp) {
+  auto d = std::make_unique<Delay>();
+  d->setSampleRate(rate);
+  d->setTempo(bpm);
+  d->setMode(mode);
+  d->setParameter(0, wet);
+  d->setParameter(1, time);
+  d->setParameter(3, damp);
+  return d;
+}
+
+std::unique_ptr<Reverb> makeReverb(int mode, float rate, float wet, float size, float feedback) {
+  auto r = std::make_unique<Reverb>();
+  r->setSampleRate(rate);
+  r->setParameter(0, wet);
+  r->setParameter(1, size);
+  r->setMode(mode);
+  r->setParameter(2, feedback);
+  return r;
+}
+
+std::unique_ptr<Chorus> makeChorus(int mode, float rate, float speed, float depth, float wet) {
+  auto c = std::make_unique<Chorus>();
+  c->setSampleRate(rate);
+  c->setMode(mode);
+  c->setParameter(0, wet);
+  c->setParameter(1, speed);
+  c->setParameter(2, depth);
+  return c;
+}
+
 // Steps 1 to 18 change the block (given time for the shortest echo); the
 // others leave it as it is. Only steps with a delay ask the tempo, once.
 TEST(EffectSection, StepsRunTheirUnitsAndAskTheTempoForDelays) {
@@ -51,70 +84,25 @@ TEST(EffectSection, StepsRunTheirUnitsAndAskTheTempoForDelays) {
   }
 }
 
-TEST(EffectSection, DelayAAtOneBeatEchoesAfterABeat) {
-  for (double bpm : {120.0, 100.0}) {
-    Units u;
-    FixedTempo tempo(bpm);
-    const int beat = static_cast<int>(44100.0f / static_cast<float>(bpm) * 60.0f);
-    Stereo2 s(beat + 10);
-    s.left[0] = 1.0f;
-    u.run(3, s, 44100.0f, 1.0f, 1.0f, tempo);
-    EXPECT_EQ(testing::firstAbove(s.left, 1, 0.01f), beat) << bpm;
-  }
-}
-
-// "Delay B" sets no "Dry/wet": it plays with what "Delay A" left.
-TEST(EffectSection, StepsKeepTheValuesTheyDoNotSet) {
-  FixedTempo tempo(120.0);
-  float echo[2];
-  const float wets[2] = {0.2f, 0.8f};
-  for (int k = 0; k < 2; ++k) {
-    Units u;
-    Stereo2 s(10);
-    u.run(3, s, 44100.0f, wets[k], 0.0f, tempo);
-    u.delay->reset();  // as the engine does on the change of step
-    s = Stereo2(5600);
-    s.left[0] = 1.0f;
-    u.run(4, s, 44100.0f, 0.5f, 0.0f, tempo);
-    echo[k] = s.left[5512];
-  }
-  EXPECT_NEAR(echo[0] / echo[1], 0.25f, 1e-3f);
-
-  // "Rotary" takes its depth from whichever chorus step ran before: 0.5 from
-  // "Ens+Rev" is the same as "Chorus" with EffPar2 at 0.5.
-  auto rotaryAfter = [&tempo](int type, float p2) {
-    Units u;
-    Stereo2 s(10);
-    u.run(type, s, 44100.0f, 0.3f, p2, tempo);
-    u.chorus->reset();
-    s = testing::noise(3000, 9);
-    u.run(10, s, 44100.0f, 0.6f, 0.8f, tempo);
-    return s.left;
-  };
-  EXPECT_EQ(rotaryAfter(13, 0.9f), rotaryAfter(7, 0.5f));
-  EXPECT_NE(rotaryAfter(7, 0.0f), rotaryAfter(7, 1.0f));
-}
-
-// Before the first echo the reverb steps show their mix law on a constant:
-// x * (1 - wet) + (x + 1e-05) * wet * k - x * wet * k, with k = 2 in mode 6
-// and 0.5 in mode 5. The delay in front of the chains has not spoken yet.
-TEST(EffectSection, ReverbStepsMixByTheirRows) {
+TEST(Delay, EchoTimeIsTheBeatFractionAtTheHostTempo) {
   struct Case {
-    int type;
-    float wetPerP1, k;
+    float rate, bpm, time;
+    int samples;
   };
-  const Case cases[] = {{1, 0.5f, 2.0f},  {2, 0.5f, 2.0f},  {11, 0.4f, 2.0f}, {12, 0.4f, 2.0f},
-                        {16, 1.0f, 0.5f}, {17, 1.0f, 0.5f}, {18, 1.0f, 0.5f}};
-  FixedTempo tempo(120.0);
+  const Case cases[] = {
+      {44100.0f, 120.0f, 0.0f, 5512},  {44100.0f, 120.0f, 0.25f, 8268},
+      {44100.0f, 120.0f, 0.5f, 11025}, {44100.0f, 120.0f, 0.75f, 16537},
+      {44100.0f, 120.0f, 1.0f, 22050}, {44100.0f, 100.0f, 1.0f, 26460},
+      {96000.0f, 120.0f, 1.0f, 48000}, {48000.0f, 100.0f, 1.0f, 28800},
+  };
   for (const Case& c : cases) {
-    Units u;
-    Stereo2 s(200);
-    std::fill(s.left.begin(), s.left.end(), 0.25f);
-    u.run(c.type, s, 44100.0f, 0.6f, 0.0f, tempo);
-    const float x = 0.25f;
-    const float wet = 0.6f * c.wetPerP1;
-    EXPECT_NEAR(s.left[150], x * (1.0f - wet) + (x + 1e-05f) * wet * c.k - x * wet * c.k, 1e-7f)
-        << c.type;
+    auto d = makeDelay(0, c.rate, c.bpm, c.time, 1.0f, 0.0f);
+    Stereo2 s(c.samples + 100);
+    s.left[0] = s.right[0] = 1.0f;
+    testing::runBlocks(*d, s, 4093);
+    const int left = testing::firstAbove(s.left, 1, 0.001f);
+    EXPECT_EQ(left, c.samples) << c.rate << " " << c.bpm << " " << c.time;
+    EXPECT_EQ(testing::firstAbove(s.right, 1, 0.001f), c.samples);
   }
 }
 
@@ -131,6 +119,37 @@ TEST(EffectSection, StereoSteps) {
     ASSERT_EQ(surround.right[i], in.left[i] + in.right[i]);
     ASSERT_NEAR(enhance.left[i], in.left[i], 2e-7f);
   }
+}
+
+// Blocks beyond the work buffers are split; the result is the same as many
+// small blocks.
+TEST(Reverb, LongBlocksMatchShortOnes) {
+  auto whole = makeReverb(5, 48000.0f, 0.6f, 0.3f, 0.5f);
+  auto pieces = makeReverb(5, 48000.0f, 0.6f, 0.3f, 0.5f);
+  Stereo2 a = testing::noise(70000, 5);
+  Stereo2 b = a;
+  whole->process(a.left.data(), a.right.data(), a.size());
+  testing::runBlocks(*pieces, b, 999);
+  EXPECT_EQ(a.left, b.left);
+  EXPECT_EQ(a.right, b.right);
+}
+
+// After a reset the delay and the chorus play exactly like fresh ones; the
+// reverb's lines fall silent at once (only its loop filters' last values and
+// the offset remain).
+TEST(EffectUnits, ResetReturnsToTheFreshState) {
+  testing::expectResetGivesFreshState(
+      [](int mode) { return makeDelay(mode, 44100.0f, 133.0f, 0.6f, 0.7f, 0.2f); }, 4, 40000);
+  testing::expectResetGivesFreshState(
+      [](int mode) { return makeChorus(mode, 48000.0f, 0.7f, 0.4f, 0.6f); }, 4, 20000);
+  auto r = makeReverb(6, 44100.0f, 0.5f, 1.0f, 0.5f);
+  Stereo2 sound = testing::noise(20000, 6);
+  testing::runBlocks(*r, sound, 1000);
+  r->reset();
+  Stereo2 silence(5000);
+  testing::runBlocks(*r, silence, 1000);
+  EXPECT_LT(testing::maxAbs(silence.left, 100), 1e-3f);
+  EXPECT_LT(testing::maxAbs(silence.right, 100), 1e-3f);
 }
 
 // Every step, at every rate, under full-scale noise, with parameter values
