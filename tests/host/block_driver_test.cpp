@@ -16,11 +16,10 @@ namespace sablevox {
 namespace {
 
 using testing::IsolatedSettings;
-using testing::TestHost;
 
 class BlockDriverTest : public ::testing::Test {
  protected:
-  void SetUp() override { TestHost::instance().reset(); }
+  void SetUp() override { testing::resetTestHost(); }
   IsolatedSettings settings;
   std::vector<float> left, right;
 };

@@ -15,11 +15,10 @@ namespace sablevox {
 namespace {
 
 using testing::IsolatedSettings;
-using testing::TestHost;
 
 class EngineHostTest : public ::testing::Test {
  protected:
-  void SetUp() override { TestHost::instance().reset(); }
+  void SetUp() override { testing::resetTestHost(); }
   IsolatedSettings settings;
 };
 
@@ -67,21 +66,21 @@ TEST_F(EngineHostTest, SettingsStartAtDefaultsAndAreSavedAtClose) {
 
 TEST_F(EngineHostTest, TempoFromTheHostOr120) {
   auto engine = testing::makeEngine();
-  TestHost& host = TestHost::instance();
+  host::Host& host = testing::testHost();
   EXPECT_EQ(engine->getTempo(), 120.0);
-  host.answerTime = true;
-  host.timeInfo.tempo = 97.5;
+  host.setTimeAvailable(true);
+  host.setTempo(97.5);
   EXPECT_EQ(engine->getTempo(), 97.5);
-  host.calls.clear();
+  host.clearCalls();
   engine->getTempo();
   ASSERT_EQ(host.count(audioMasterGetTime), 1);
-  EXPECT_EQ(host.calls[0].value, 0x600);
+  EXPECT_EQ(host.calls()[0].value, 0x600);
   // A host's unusable tempo is no tempo, and an extreme one is held in range.
-  host.timeInfo.tempo = std::numeric_limits<double>::quiet_NaN();
+  host.setTempo(std::numeric_limits<double>::quiet_NaN());
   EXPECT_EQ(engine->getTempo(), 120.0);
-  host.timeInfo.tempo = 0.0;
+  host.setTempo(0.0);
   EXPECT_EQ(engine->getTempo(), 1.0);
-  host.timeInfo.tempo = 1e9;
+  host.setTempo(1e9);
   EXPECT_EQ(engine->getTempo(), 999.0);
 }
 

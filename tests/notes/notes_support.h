@@ -68,9 +68,8 @@ class EventBatch {
 class NotesTest : public ::testing::Test {
  protected:
   void SetUp() override {
-    TestHost::instance().reset();
-    engine = std::make_unique<RecordingEngine>(&TestHost::callback);
-    engine->setSampleRate(44100.0f);
+    resetTestHost();
+    engine = makeEngine<RecordingEngine>();
     // An empty block takes the construction's reset and the first refresh,
     // and runs no tick.
     float unused[1];

@@ -1,6 +1,6 @@
 // The host library against the recording fake plug-in and, when installed,
 // amsynth: loading and its errors, the callback's answers and log, strings,
-// MIDI delivery, block calls and the timed render helper.
+// MIDI delivery and block calls. The timed render is timing_tests.cpp's.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -166,36 +166,6 @@ TEST(HostLibrary, LifecycleParametersMidiAndBlocks) {
                                           effClose};
   EXPECT_EQ(FakePlugin::state().opcodes, expected);
   EXPECT_EQ(plugin->dispatch(effGetProgram), 0);  // nothing is called after close
-}
-
-TEST(HostLibrary, RenderDeliversEachEventInItsBlockAtItsOffset) {
-  const std::vector<TimedMidi> events = {{0, MidiMessage::noteOn(0, 0, 60, 1)},
-                                         {63, MidiMessage::noteOn(0, 0, 61, 1)},
-                                         {64, MidiMessage::noteOn(0, 0, 62, 1)},
-                                         {999, MidiMessage::noteOn(0, 0, 63, 1)},
-                                         {1000, MidiMessage::noteOn(0, 0, 64, 1)}};
-  for (VstInt32 blockSize : {1, 7, 64, 100, 1000, 4096}) {
-    auto plugin = loadFake();
-    plugin->setBlockSize(blockSize);
-    std::vector<float> left, right;
-    int callbacks = 0;
-    EXPECT_TRUE(plugin->render(events, 1000, blockSize, left, right, [&](int64_t, VstInt32) {
-      ++callbacks;
-      return true;
-    }));
-    const auto& fake = FakePlugin::state();
-    EXPECT_EQ(fake.framesRendered, 1000);
-    EXPECT_EQ(callbacks, static_cast<int>(fake.blockLengths.size()));
-    EXPECT_LE(*std::max_element(fake.blockLengths.begin(), fake.blockLengths.end()), blockSize);
-    ASSERT_EQ(fake.events.size(), 4u) << "the event at the end is not sent";
-    for (size_t i = 0; i < fake.events.size(); ++i) {
-      EXPECT_EQ(fake.events[i].blockStart + fake.events[i].deltaFrames, events[i].frame)
-          << "block size " << blockSize << ", event " << i;
-      EXPECT_LT(fake.events[i].deltaFrames, blockSize);
-    }
-    EXPECT_EQ(left.size(), 1000u);
-    EXPECT_EQ(right[999], FakePlugin::kRight);
-  }
 }
 
 TEST(HostLibrary, RendersAmsynthThroughTheSameLibrary) {

@@ -23,7 +23,7 @@ constexpr float kTunePlusOne = 0.45f;  // step 4: ratio 2.0
 class VoiceEngineTest : public ::testing::Test {
  protected:
   void SetUp() override {
-    TestHost::instance().reset();
+    resetTestHost();
     engine = makeEngine(44100.0f);
     engine->config->set(kQuality, 0);
     // clang-format off
