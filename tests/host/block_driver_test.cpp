@@ -1,5 +1,7 @@
 // The block driver: tick cutting, the averaging pass, block lengths from 0 to
-// beyond the scratch buffers, process versus processReplacing.
+// beyond the scratch buffers and null buffers, resets and the effects' sleep.
+// The accumulating process and suspend/resume are the validator's
+// (lifecycle_test), through the plug-in's interface.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -86,20 +88,6 @@ TEST_F(BlockDriverTest, AnyBlockLengthIncludingZeroAndLongerThanTheScratch) {
   engine->processReplacing(nullptr, halfNull, 64);
 }
 
-TEST_F(BlockDriverTest, ProcessAddsToWhatTheBuffersHold) {
-  auto a = testing::makeEngine();
-  auto b = testing::makeEngine();
-  std::vector<float> replaced(300), replacedR(300), added(300, 0.25f), addedR(300, -0.5f);
-  float* out1[2] = {replaced.data(), replacedR.data()};
-  float* out2[2] = {added.data(), addedR.data()};
-  a->processReplacing(nullptr, out1, 300);
-  b->process(nullptr, out2, 300);
-  for (int i = 0; i < 300; ++i) {
-    EXPECT_EQ(added[i], replaced[i] + 0.25f);
-    EXPECT_EQ(addedR[i], replacedR[i] + -0.5f);
-  }
-}
-
 TEST_F(BlockDriverTest, ProgramChangeResetsAtTheNextBlock) {
   auto engine = testing::makeEngine();
   testing::renderBlock(*engine, left, right, 64);
@@ -112,19 +100,6 @@ TEST_F(BlockDriverTest, ProgramChangeResetsAtTheNextBlock) {
   EXPECT_EQ(engine->voices[3].ampState, kEnvIdle);
   // The refresh ran in that same block.
   EXPECT_EQ(engine->refreshCountdown, 4410 - 64);
-}
-
-TEST_F(BlockDriverTest, SuspendClearsVoicesAndResumeWakesEffects) {
-  auto engine = testing::makeEngine();
-  engine->voices[0].ampState = kEnvDecay;
-  engine->oscGain[0] = 3.0f;
-  engine->suspend();
-  EXPECT_EQ(engine->voices[0].ampState, kEnvIdle);
-  EXPECT_EQ(engine->oscGain[0], 0.0f);
-  EXPECT_EQ(engine->samplesToTick, 0.0f);
-  engine->effectsAsleep = true;
-  engine->resume();
-  EXPECT_FALSE(engine->effectsAsleep);
 }
 
 // A reset skips the FM filter's lines while they were never written; either

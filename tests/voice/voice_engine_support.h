@@ -14,6 +14,7 @@
 
 #include "common/pitch_measure.h"
 #include "common/test_host.h"
+#include "hostlib/midi_events.h"
 
 namespace sablevox::testing {
 
@@ -53,17 +54,10 @@ class VoiceEngineTest : public ::testing::Test {
   void render(int count) { renderBlock(*engine, left, right, count); }
 
   void midi(uint8_t status, int data1, int data2, int deltaFrames = 0) {
-    VstMidiEvent event{};
-    event.type = kVstMidiType;
-    event.byteSize = sizeof event;
-    event.deltaFrames = deltaFrames;
-    event.midiData[0] = static_cast<char>(status);
-    event.midiData[1] = static_cast<char>(data1);
-    event.midiData[2] = static_cast<char>(data2);
-    VstEvents batch{};
-    batch.numEvents = 1;
-    batch.events[0] = reinterpret_cast<VstEvent*>(&event);
-    engine->processEvents(&batch);
+    host::EventList events;
+    events.add(host::MidiMessage::raw(deltaFrames, status, static_cast<unsigned char>(data1),
+                                      static_cast<unsigned char>(data2)));
+    engine->processEvents(events.get());
   }
 
   // Plays note 69 and measures the left channel's pitch after the attack.
