@@ -1,7 +1,8 @@
-// The block driver: tick cutting, the averaging pass, block lengths from 0 to
-// beyond the scratch buffers and null buffers, resets and the effects' sleep.
-// The accumulating process and suspend/resume are the validator's
-// (lifecycle_test), through the plug-in's interface.
+// The block driver where the regression renders (44100 Hz, blocks of 512 and
+// 37) do not reach: the tick grid at other rates and any block sizes, block
+// lengths from 0 to beyond the scratch buffers and null buffers, resets and
+// the effects' sleep. The accumulating process and suspend/resume are the
+// validator's (lifecycle_test), through the plug-in's interface.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -26,15 +27,6 @@ class BlockDriverTest : public ::testing::Test {
   std::vector<float> left, right;
 };
 
-TEST_F(BlockDriverTest, WorkedBlockAt44100) {
-  auto engine = testing::makeEngine(44100.0f);
-  testing::renderBlock(*engine, left, right, 256);
-  // Ticks at 0, 110 and 220, then 36 samples: 74 to the next tick.
-  EXPECT_EQ(engine->tickLength, 110);
-  EXPECT_EQ(engine->samplesToTick, 74.0f);
-  EXPECT_EQ(engine->refreshCountdown, 4410 - 256);
-}
-
 // The tick grid is fixed from the first sample on, whatever the block sizes:
 // compare the driver's countdown with a tick every tickLength samples.
 TEST_F(BlockDriverTest, TicksFallOnAFixedGridAcrossBlocks) {
@@ -55,19 +47,6 @@ TEST_F(BlockDriverTest, TicksFallOnAFixedGridAcrossBlocks) {
       }
     }
   }
-}
-
-TEST_F(BlockDriverTest, SilenceInGivesTheAveragingOffsetOut) {
-  auto engine = testing::makeEngine();
-  engine->loadBank(0);  // the default record: no effect colours the offset
-  for (int i = 0; i < 20; ++i) testing::renderBlock(*engine, left, right, 512);
-  // The averaging pass turns silence into 0.00001; the equaliser keeps a
-  // constant near it.
-  for (size_t i = 0; i < left.size(); ++i) {
-    ASSERT_NEAR(left[i], 1e-05f, 2e-06f) << i;
-    ASSERT_NEAR(right[i], 1e-05f, 2e-06f) << i;
-  }
-  EXPECT_EQ(engine->outputHistoryLeft, 1e-05f);
 }
 
 TEST_F(BlockDriverTest, AnyBlockLengthIncludingZeroAndLongerThanTheScratch) {
