@@ -76,12 +76,9 @@ TEST(ValidatorInterface, WhatAHostScannerReads) {
     EXPECT_EQ(plugin.canDo(no), -1) << no;
   }
 
+  // The texts themselves are the parameter table's (base/parameters_test).
   EXPECT_EQ(plugin.paramName(kOsc1Tune), "Osc1Tune");
-  EXPECT_EQ(plugin.paramName(kEnvFiltA), "EnvFiltA");
-  EXPECT_EQ(plugin.paramName(kParam43), "-");
-  EXPECT_EQ(plugin.paramLabel(kOsc1Fine), "cent");
   EXPECT_EQ(plugin.paramLabel(kReso), "Q");
-  EXPECT_EQ(plugin.paramLabel(kCutoff), "");
   plugin.setParameter(kOsc1Fine, 1.0f);
   EXPECT_EQ(plugin.paramDisplay(kOsc1Fine), "100.0000");
   for (int i = 0; i < 50; ++i) {

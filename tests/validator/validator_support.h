@@ -180,44 +180,19 @@ class PluginRig {
   // level independent of velocity. Everything random at a note start is out,
   // so two renders of the same notes are the same.
   void plainPatch() {
-    const struct {
-      int index;
-      float value;
-    } patch[] = {{kOsc1Wave, choiceValue(kWaveSaw)},
-                 {kOsc2Wave, choiceValue(kWaveOff)},
-                 {kOsc1Mod, 0.0f},
-                 {kOsc2Mod, 0.0f},
-                 {kOsc1Loop, choiceValue(kLoopForward)},
-                 {kOsc1LSp, choiceValue(kLoopSpeedZero)},
-                 {kOsc1Tune, 0.25f},  // ratio 1
-                 {kOsc1Fine, 0.5f},
-                 {kOsc1Vol, 1.0f},
-                 {kOsc2Vol, 0.0f},
-                 {kFat, 0.0f},
-                 {kAnalog, 0.0f},
-                 {kFiltType, 0.0f},
-                 {kCutoff, 0.5f},
-                 {kReso, 0.0f},
-                 {kFiltKey, 0.5f},
-                 {kEnvFilSe, 0.5f},
-                 {kEnvFilVe, 0.5f},
-                 {kDrive, 0.0f},
-                 {kVolume, 1.0f},
-                 {kEnvVolA, 0.0f},
-                 {kEnvVolD, 0.5f},
-                 {kEnvVolS, 1.0f},
-                 {kEnvVolR, 0.0f},
-                 {kEnvVolVe, 0.5f},
-                 {kEnvVolPo, 0.0f},
-                 {kLFODest, 0.0f},
-                 {kLFOType, choiceValue(kLfoStatic)},
-                 {kLFOSend, 0.5f},
-                 {kArpType, 0.0f},
-                 {kEffType, 0.0f},
-                 {kEffPar1, 0.5f},
-                 {kEffPar2, 0.5f},
-                 {kVoices, choiceValue(kEightVoices)},
-                 {kGlMode, 0.0f}};
+    // clang-format off
+    const struct { int index; float value; } patch[] = {
+        {kOsc1Wave, choiceValue(kWaveSaw)}, {kOsc2Wave, choiceValue(kWaveOff)}, {kOsc1Mod, 0.0f},
+        {kOsc2Mod, 0.0f}, {kOsc1Loop, choiceValue(kLoopForward)},
+        {kOsc1LSp, choiceValue(kLoopSpeedZero)}, {kOsc1Tune, 0.25f} /* ratio 1 */,
+        {kOsc1Fine, 0.5f}, {kOsc1Vol, 1.0f}, {kOsc2Vol, 0.0f}, {kFat, 0.0f}, {kAnalog, 0.0f},
+        {kFiltType, 0.0f}, {kCutoff, 0.5f}, {kReso, 0.0f}, {kFiltKey, 0.5f}, {kEnvFilSe, 0.5f},
+        {kEnvFilVe, 0.5f}, {kDrive, 0.0f}, {kVolume, 1.0f}, {kEnvVolA, 0.0f}, {kEnvVolD, 0.5f},
+        {kEnvVolS, 1.0f}, {kEnvVolR, 0.0f}, {kEnvVolVe, 0.5f}, {kEnvVolPo, 0.0f},
+        {kLFODest, 0.0f}, {kLFOType, choiceValue(kLfoStatic)}, {kLFOSend, 0.5f},
+        {kArpType, 0.0f}, {kEffType, 0.0f}, {kEffPar1, 0.5f}, {kEffPar2, 0.5f},
+        {kVoices, choiceValue(kEightVoices)}, {kGlMode, 0.0f}};
+    // clang-format on
     for (const auto& p : patch) set(p.index, p.value);
   }
 
