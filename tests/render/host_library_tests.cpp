@@ -1,6 +1,7 @@
 // The host library against the recording fake plug-in and, when installed,
 // amsynth: loading and its errors, the callback's answers and log, strings,
-// MIDI delivery and block calls. The timed render is timing_tests.cpp's.
+// MIDI delivery and block calls. A refusing plug-in is the validator's
+// (interface_test), the timed render timing_tests.cpp's.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -40,19 +41,6 @@ TEST(HostLibrary, LoadErrorsSayWhatWentWrong) {
     EXPECT_EQ(Plugin::load(libm, &error), nullptr);
     EXPECT_NE(error.find("neither VSTPluginMain nor main"), std::string::npos) << error;
   }
-}
-
-TEST(HostLibrary, HostVersionZeroIsRefusedAndTheAskIsLogged) {
-  auto host = std::make_shared<Host>();
-  host->setVersion(0);
-  std::string error;
-  EXPECT_EQ(Plugin::fromEntry(&FakePlugin::entry, "fake", &error, host), nullptr);
-  EXPECT_NE(error.find("refused"), std::string::npos) << error;
-  const auto calls = host->calls();
-  ASSERT_EQ(calls.size(), 1u);
-  EXPECT_EQ(calls[0].opcode, audioMasterVersion);
-  EXPECT_TRUE(calls[0].effectWasNull);
-  EXPECT_EQ(host->count(audioMasterVersion), 1);
 }
 
 TEST(HostLibrary, CallbackAnswersAndLogsFromAnyThread) {
