@@ -17,47 +17,31 @@ namespace {
 constexpr int kRate = 44100;
 constexpr int kTick = 110;
 
-void benchFilterType(benchmark::State& bench, int step, bool silent) {
-  auto state = std::make_unique<FilterState>();
-  const int code = filterCodeForStep(step);
-  const FilterRoutine routine = designFilter(code, kRate, 0.6f, 0.7f, *state);
-  std::vector<float> source(kTick), buffer(kTick);
-  for (int i = 0; i < kTick; ++i) source[i] = silent ? 0.0f : (i % 73) * 400.0f - 14600.0f;
-  for (auto _ : bench) {
-    buffer = source;
-    routine(buffer.data(), kTick, *state);
-    benchmark::DoNotOptimize(buffer.data());
-  }
-  bench.SetItemsProcessed(bench.iterations() * kTick);
-  bench.counters["ns_per_sample"] =
-      benchmark::Counter(static_cast<double>(bench.iterations()) * kTick,
-                         benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
-}
-
-// Both channels of a stereo voice through the two-channel form, where the
-// routine has one: ns per sample and channel.
-void benchFilterPair(benchmark::State& bench, int step) {
+// One tick through the routine; with `stereo`, both channels of a stereo
+// voice through the two-channel form (ns per sample and channel).
+void benchFilterType(benchmark::State& bench, int step, bool silent, bool stereo = false) {
   auto left = std::make_unique<FilterState>();
   auto right = std::make_unique<FilterState>();
   const int code = filterCodeForStep(step);
-  const StereoFilterRoutine pair =
-      stereoFilterRoutine(designFilter(code, kRate, 0.6f, 0.7f, *left));
+  const FilterRoutine routine = designFilter(code, kRate, 0.6f, 0.7f, *left);
   designFilter(code, kRate, 0.6f, 0.7f, *right);
-  if (pair == nullptr) {
-    bench.SkipWithError("no two-channel form");
-    return;
-  }
+  const StereoFilterRoutine pair = stereoFilterRoutine(routine);
   std::vector<float> source(kTick), l(kTick), r(kTick);
-  for (int i = 0; i < kTick; ++i) source[i] = (i % 73) * 400.0f - 14600.0f;
+  for (int i = 0; i < kTick; ++i) source[i] = silent ? 0.0f : (i % 73) * 400.0f - 14600.0f;
   for (auto _ : bench) {
     l = source;
-    r = source;
-    pair(l.data(), r.data(), kTick, *left, *right);
+    if (stereo) {
+      r = source;
+      pair(l.data(), r.data(), kTick, *left, *right);
+    } else {
+      routine(l.data(), kTick, *left);
+    }
     benchmark::DoNotOptimize(l.data());
     benchmark::DoNotOptimize(r.data());
   }
+  const int channels = stereo ? 2 : 1;
   bench.counters["ns_per_sample"] =
-      benchmark::Counter(static_cast<double>(bench.iterations()) * kTick * 2,
+      benchmark::Counter(static_cast<double>(bench.iterations()) * kTick * channels,
                          benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
 }
 
@@ -100,8 +84,9 @@ const int registered = [] {
                                  [step](benchmark::State& s) { benchDesign(s, step); });
     FilterState probe{};
     if (stereoFilterRoutine(designFilter(filterCodeForStep(step), kRate, 0.6f, 0.7f, probe))) {
-      benchmark::RegisterBenchmark((std::string("stereo/") + r.routine).c_str(),
-                                   [step](benchmark::State& s) { benchFilterPair(s, step); });
+      benchmark::RegisterBenchmark(
+          (std::string("stereo/") + r.routine).c_str(),
+          [step](benchmark::State& s) { benchFilterType(s, step, false, true); });
     }
   }
   return 0;

@@ -1,69 +1,43 @@
-// A minimal in-process host for engine tests: a host callback that answers the
-// version and, when asked, the time, and records what the plug-in calls; plus
-// an isolated settings folder so tests never touch the user's own file.
+// The unit suites' engine object on the host library's Host: one
+// process-wide Host answers every engine made here (version, time) and logs
+// what they call; plus an isolated settings folder so tests never touch the
+// user's own file.
 #pragma once
 
 #include <memory>
-#include <mutex>
-#include <string>
 #include <vector>
 
 #include "common/isolated_settings.h"
 #include "host/adelay.h"
-#include "host/vst2.h"
+#include "hostlib/host.h"
+#include "hostlib/host_registry.h"
 
 namespace sablevox::testing {
 
-struct HostCall {
-  VstInt32 opcode;
-  VstInt32 index;
-  VstIntPtr value;
-  float opt;
-};
+// One Host for the process; tests reset it in their set-up.
+inline host::Host& testHost() {
+  static host::Host instance;
+  return instance;
+}
 
-// One process-wide host; tests reset it in their set-up.
-struct TestHost {
-  VstIntPtr version = 2400;
-  bool answerTime = false;
-  VstTimeInfo timeInfo{};
-  std::mutex mutex;
-  std::vector<HostCall> calls;
+// Version 2400, no time information, an empty log.
+inline void resetTestHost() {
+  host::Host& h = testHost();
+  h.setVersion(2400);
+  h.setTimeAvailable(false);
+  h.setTempo(120.0);
+  h.clearCalls();
+}
 
-  static TestHost& instance() {
-    static TestHost host;
-    return host;
+// An engine (ADelayEdit or a test's subclass) whose calls the test host answers.
+template <typename Engine = ADelayEdit>
+std::unique_ptr<Engine> makeEngine(float sampleRate = 44100.0f) {
+  std::unique_ptr<Engine> engine;
+  {
+    host::LoadingScope loading(&testHost());
+    engine = std::make_unique<Engine>(&host::Host::callback);
   }
-  void reset() {
-    std::lock_guard<std::mutex> lock(mutex);
-    version = 2400;
-    answerTime = false;
-    timeInfo = VstTimeInfo{};
-    calls.clear();
-  }
-  int count(VstInt32 opcode) {
-    std::lock_guard<std::mutex> lock(mutex);
-    int n = 0;
-    for (const HostCall& call : calls) n += call.opcode == opcode ? 1 : 0;
-    return n;
-  }
-  static VstIntPtr callback(AEffect* /*effect*/, VstInt32 opcode, VstInt32 index, VstIntPtr value,
-                            void* /*ptr*/, float opt) {
-    TestHost& host = instance();
-    std::lock_guard<std::mutex> lock(host.mutex);
-    host.calls.push_back({opcode, index, value, opt});
-    switch (opcode) {
-      case audioMasterVersion:
-        return host.version;
-      case audioMasterGetTime:
-        return host.answerTime ? reinterpret_cast<VstIntPtr>(&host.timeInfo) : 0;
-      default:
-        return 0;
-    }
-  }
-};
-
-inline std::unique_ptr<ADelayEdit> makeEngine(float sampleRate = 44100.0f) {
-  auto engine = std::make_unique<ADelayEdit>(&TestHost::callback);
+  host::registerEffect(engine->getAeffect(), &testHost());
   engine->setSampleRate(sampleRate);
   return engine;
 }

@@ -1,10 +1,9 @@
 // Helpers of the filter tests: zeroed records on the heap (a record carries
-// the 128 KB delay line), tones, and gains measured through the routines.
+// the 128 KB delay line), a sawtooth and the record as plain words.
 #pragma once
 
 #include <cmath>
 #include <memory>
-#include <vector>
 
 #include "filter/filter_design.h"
 #include "filter/filter_types.h"
@@ -17,28 +16,6 @@ inline std::unique_ptr<FilterState> newState() {
 
 inline FilterRoutine designStep(int step, int rate, float c, float r, FilterState& state) {
   return designFilter(filterCodeForStep(step), rate, c, r, state);
-}
-
-inline void setWords(float* words, std::initializer_list<float> values) {
-  for (float v : values) *words++ = v;
-}
-
-// Ratio of output to input level of a sine at hz, after the filter has
-// settled, without the DC that a one-sided clipper adds; amplitude 10 keeps
-// the clippers nearly linear.
-inline double gainAt(int step, int rate, float c, float r, double hz, float amplitude = 10.0f) {
-  auto state = newState();
-  const FilterRoutine routine = designStep(step, rate, c, r, *state);
-  // Settle, then measure over whole periods.
-  const int settle = 4096, periods = int(std::ceil(4096 * hz / rate));
-  const int measured = int(std::lround(periods * rate / hz)), n = settle + measured;
-  std::vector<float> buffer(n);
-  for (int i = 0; i < n; ++i) buffer[i] = amplitude * std::sin(2 * M_PI * hz * i / rate);
-  routine(buffer.data(), n, *state);
-  double mean = 0, sum = 0;
-  for (int i = settle; i < n; ++i) mean += buffer[i] / measured;
-  for (int i = settle; i < n; ++i) sum += (buffer[i] - mean) * (buffer[i] - mean);
-  return std::sqrt(sum / measured) / (amplitude / std::sqrt(2.0));
 }
 
 // A sawtooth of 110 Hz at the level the oscillators deliver.

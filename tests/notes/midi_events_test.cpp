@@ -11,7 +11,6 @@ namespace {
 
 using testing::EventBatch;
 using testing::NotesTest;
-using testing::TestHost;
 
 using MidiEventsTest = NotesTest;
 
@@ -192,18 +191,18 @@ TEST_F(MidiEventsTest, PitchWheelCentreFullBendAndDepthReadWhenItMoves) {
 
 TEST_F(MidiEventsTest, ProgramChangeSelectsOnAnyChannelAndUpdatesTheDisplay) {
   engine->programs[5].values[kCutoff] = 0.125f;
-  const int displays = TestHost::instance().count(audioMasterUpdateDisplay);
+  const int displays = testing::testHost().count(audioMasterUpdateDisplay);
   play({{0xC7, 5, 0}});
   EXPECT_EQ(engine->getProgram(), 5);
   EXPECT_EQ(engine->params[kCutoff].load(), 0.125f);
   EXPECT_TRUE(engine->resetRequested);
-  EXPECT_EQ(TestHost::instance().count(audioMasterUpdateDisplay), displays + 1);
+  EXPECT_EQ(testing::testHost().count(audioMasterUpdateDisplay), displays + 1);
 
   play({{0xC0, 127, 0}});
   EXPECT_EQ(engine->getProgram(), 127);
   play({{0xC0, -1, 0}});  // a byte above 127 is limited
   EXPECT_EQ(engine->getProgram(), 0);
-  EXPECT_EQ(TestHost::instance().count(audioMasterUpdateDisplay), displays + 3);
+  EXPECT_EQ(testing::testHost().count(audioMasterUpdateDisplay), displays + 3);
 }
 
 }  // namespace

@@ -1,6 +1,6 @@
 // Note start and release on the voice records: folding, the voice search and
-// stealing rule, the three depths of a start, glide and "2 keys" legato, and
-// the release pop.
+// stealing rule, the depths of a start, "2 keys" legato and the release pop.
+// The mono voice and its glide are pinned by the glide regression renders.
 #include <cstring>
 #include <memory>
 
@@ -154,35 +154,6 @@ TEST_F(NoteAllocationTest, WithEveryVoiceInAttackVoiceZeroRestartsFromSilence) {
   EXPECT_EQ(voice.outputState[0], 0.0f);
   EXPECT_EQ(voice.panLeft, 0.75f);
   EXPECT_EQ(engine->voices[1].note, 61);
-}
-
-TEST_F(NoteAllocationTest, TheMonoVoiceNeverResetsItsSound) {
-  engine->activeVoices = 1;
-  makeSounding(0, 60, kEnvDecay, 0.6f);
-  engine->noteOn(67, 100);
-  EXPECT_EQ(engine->voices[0].note, 67);
-  EXPECT_EQ(engine->voices[0].ampState, kEnvAttack);  // attack from the present level
-  EXPECT_EQ(engine->voices[0].velocity, 100);
-  expectSoundKept(0, 0.6f);
-
-  // In attack it isn't stolen, but mono still keeps the level.
-  engine->noteOn(69, 50);
-  EXPECT_EQ(engine->voices[0].note, 69);
-  expectSoundKept(0, 0.6f);
-}
-
-TEST_F(NoteAllocationTest, GlideTakesItsStartFromVoiceZero) {
-  engine->activeVoices = 1;
-  setGlide(1);
-  makeSounding(0, 48, kEnvSustain, 0.5f);
-  engine->noteOn(55, 100);
-  EXPECT_EQ(engine->glideFromNote, 48);
-  EXPECT_EQ(engine->glideAmount, 1.0f);
-  EXPECT_EQ(engine->voices[0].note, 55);
-
-  setGlide(0);
-  engine->noteOn(57, 100);
-  EXPECT_EQ(engine->glideAmount, 0.0f);
 }
 
 TEST_F(NoteAllocationTest, TwoKeysLegatoSlidesBackToTheFirstKey) {

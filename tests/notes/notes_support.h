@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "common/test_host.h"
+#include "hostlib/midi_events.h"
 
 namespace sablevox::testing {
 
@@ -32,45 +33,26 @@ struct Midi {
   int deltaFrames = 0;
 };
 
-// Owns the events and the VstEvents header that points at them.
-class EventBatch {
+// A host's batch of events (the host library's list); valid until the next add.
+class EventBatch : public host::EventList {
  public:
   EventBatch() = default;
-  explicit EventBatch(std::initializer_list<Midi> messages) {
+  EventBatch(std::initializer_list<Midi> messages) {
     for (const Midi& m : messages) add(m);
   }
   void add(const Midi& m) {
-    VstMidiEvent event{};
-    event.type = kVstMidiType;
-    event.byteSize = sizeof(VstMidiEvent);
-    event.deltaFrames = m.deltaFrames;
-    event.midiData[0] = static_cast<char>(m.status);
-    event.midiData[1] = static_cast<char>(m.data1);
-    event.midiData[2] = static_cast<char>(m.data2);
-    events_.push_back(event);
+    host::EventList::add(host::MidiMessage::raw(m.deltaFrames, m.status,
+                                                static_cast<unsigned char>(m.data1),
+                                                static_cast<unsigned char>(m.data2)));
   }
-  // Valid until the next add.
-  VstEvents* events() {
-    const size_t n = events_.size();
-    // The header's array of two pointers grows at its end.
-    words_.assign(2 + (n > 2 ? n : 2), 0);
-    auto* header = reinterpret_cast<VstEvents*>(words_.data());
-    header->numEvents = static_cast<VstInt32>(n);
-    for (size_t i = 0; i < n; ++i) header->events[i] = reinterpret_cast<VstEvent*>(&events_[i]);
-    return header;
-  }
-
- private:
-  std::vector<VstMidiEvent> events_;
-  std::vector<VstIntPtr> words_;
+  VstEvents* events() { return get(); }
 };
 
 class NotesTest : public ::testing::Test {
  protected:
   void SetUp() override {
-    TestHost::instance().reset();
-    engine = std::make_unique<RecordingEngine>(&TestHost::callback);
-    engine->setSampleRate(44100.0f);
+    resetTestHost();
+    engine = makeEngine<RecordingEngine>();
     // An empty block takes the construction's reset and the first refresh,
     // and runs no tick.
     float unused[1];

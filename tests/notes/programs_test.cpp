@@ -1,5 +1,5 @@
-// Programs and banks: the built-in data, bank loading, names, and the host's
-// ways of selecting and restoring a program.
+// Programs and banks: the built-in data, bank loading and names. A host's
+// writes and total recall of programs are the validator's (hostile_host_test).
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
@@ -124,20 +124,6 @@ TEST_F(ProgramsTest, NamesInitNumberingAndLength) {
   EXPECT_TRUE(engine->getProgramNameIndexed(7, 4, text));  // the category is ignored
 }
 
-TEST_F(ProgramsTest, AParameterChangeStaysWithItsProgram) {
-  engine->setProgram(3);
-  engine->setParameter(kCutoff, 0.77f);
-  engine->setParameter(kGlMode, choiceValue(2));
-  engine->setProgram(4);
-  EXPECT_EQ(engine->params[kCutoff].load(), engine->programs[4].values[kCutoff].load());
-  EXPECT_NE(engine->params[kCutoff].load(), 0.77f);
-  engine->resetRequested = false;
-  engine->setProgram(3);
-  EXPECT_EQ(engine->params[kCutoff].load(), 0.77f);
-  EXPECT_EQ(engine->params[kGlMode].load(), choiceValue(2));
-  EXPECT_TRUE(engine->resetRequested);  // the next block ends the old program's voices
-}
-
 TEST_F(ProgramsTest, KeysRightAfterAProgramChangePlayInTheNewProgramsMode) {
   // Program 1 arpeggiates, program 2 does not. Each change is followed by a
   // block whose first tick brings two keys: the reset at the block's head
@@ -165,33 +151,6 @@ TEST_F(ProgramsTest, KeysRightAfterAProgramChangePlayInTheNewProgramsMode) {
     std::sort(gated.begin(), gated.end());
     EXPECT_EQ(gated, change.gated) << "program " << change.program;
   }
-}
-
-TEST_F(ProgramsTest, TheHostsTotalRecallRestoresAProgram) {
-  // A song's program as the host saved it: name and all parameters.
-  engine->setProgram(9);
-  float saved[kNumParams];
-  for (int p = 0; p < kNumParams; ++p) {
-    engine->setParameter(p, 0.01f * static_cast<float>(p));
-    saved[p] = engine->getParameter(p);
-  }
-  engine->setProgramName(const_cast<char*>("Song lead"));
-
-  // The session closes; a new one starts from the factory bank.
-  engine->loadBank(1);
-  EXPECT_NE(indexedName(9), "Song lead");
-
-  // The host's recall, through the binary interface.
-  AEffect* e = engine->getAeffect();
-  e->dispatcher(e, effSetProgram, 0, 9, nullptr, 0.0f);
-  for (int p = 0; p < kNumParams; ++p) e->setParameter(e, p, saved[p]);
-  char name[] = "Song lead";
-  e->dispatcher(e, effSetProgramName, 0, 0, name, 0.0f);
-
-  engine->setProgram(0);
-  engine->setProgram(9);
-  EXPECT_EQ(currentName(), "Song lead");
-  for (int p = 0; p < kNumParams; ++p) EXPECT_EQ(engine->getParameter(p), saved[p]) << p;
 }
 
 }  // namespace

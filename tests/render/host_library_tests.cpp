@@ -1,7 +1,8 @@
 // The host library against the recording fake plug-in (amsynth, when
 // installed, is rendered by the command tests): loading and its errors, the
 // callback's answers and log, strings, MIDI delivery, block calls, and the
-// timed render with its blocks ended at resets.
+// timed render with its blocks ended at resets. A refusing plug-in is the
+// validator's (interface_test).
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -41,19 +42,6 @@ TEST(HostLibrary, LoadErrorsSayWhatWentWrong) {
     EXPECT_EQ(Plugin::load(libm, &error), nullptr);
     EXPECT_NE(error.find("neither VSTPluginMain nor main"), std::string::npos) << error;
   }
-}
-
-TEST(HostLibrary, HostVersionZeroIsRefusedAndTheAskIsLogged) {
-  auto host = std::make_shared<Host>();
-  host->setVersion(0);
-  std::string error;
-  EXPECT_EQ(Plugin::fromEntry(&FakePlugin::entry, "fake", &error, host), nullptr);
-  EXPECT_NE(error.find("refused"), std::string::npos) << error;
-  const auto calls = host->calls();
-  ASSERT_EQ(calls.size(), 1u);
-  EXPECT_EQ(calls[0].opcode, audioMasterVersion);
-  EXPECT_TRUE(calls[0].effectWasNull);
-  EXPECT_EQ(host->count(audioMasterVersion), 1);
 }
 
 TEST(HostLibrary, CallbackAnswersAndLogsFromAnyThread) {

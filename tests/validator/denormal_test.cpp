@@ -16,7 +16,6 @@
 #include <functional>
 #include <vector>
 
-#include "plugin/plugin_fixture.h"
 #include "validator/validator_support.h"
 
 namespace sablevox::testing {

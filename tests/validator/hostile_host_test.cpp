@@ -8,7 +8,6 @@
 #include <string>
 #include <vector>
 
-#include "plugin/plugin_fixture.h"
 #include "validator/validator_support.h"
 
 namespace sablevox::testing {

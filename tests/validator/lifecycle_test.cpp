@@ -5,7 +5,6 @@
 
 #include <vector>
 
-#include "plugin/plugin_fixture.h"
 #include "validator/validator_support.h"
 
 namespace sablevox::testing {

@@ -1,71 +1,15 @@
-// The global tick and refresh as the voices see them: Fat modes, ratios and
-// gains, the stack's start phases and stereo, render variants by quality, the
-// voice count, auto LFO rate and filter state clearing.
+// The refresh as the voices see it: render variants by quality, the voice
+// count, auto LFO rate and filter state clearing. Fat's ratios, gains, start
+// phases and stereo spread are pinned by the unison regression renders.
 #include <algorithm>
 
-#include "host/numeric.h"
 #include "voice/lfo.h"
 #include "voice/oscillator_render.h"
 #include "voice/output_stage.h"
-#include "voice/stack_members.h"
 #include "voice_engine_support.h"
 
 namespace sablevox::testing {
 namespace {
-
-TEST_F(VoiceEngineTest, FatModesRatiosAndGain) {
-  const float a = 0.2f * 0.04f + 1.0f, c = 0.25f * 0.04f + 1.0f, d = 0.25f * 0.024f + 1.0f;
-  // clang-format off
-  const struct { float fat; int mode; float ratios[4]; float gain; } rows[] = {
-      {0.0099f, 0, {1, 1, 1, 1}, 1.0f},
-      {0.01f, 1, {1.0004f, 1 / 1.0004f, 1 / 1.0004f, 1.0004f}, 1.0f},
-      {0.2f, 1, {a, 1 / a, 1 / a, a}, 1.0f},
-      {0.5f, 2, {1, 1, 1, 1}, 0.7f},  // the detune jumps back at 0.5
-      {0.75f, 2, {c, 1 / c, 1 / d, d}, 0.7f}};
-  // clang-format on
-  for (const auto& row : rows) {
-    engine->setParameter(kFat, row.fat);
-    engine->globalTick(110);
-    EXPECT_EQ(engine->fatMode, row.mode) << row.fat;
-    for (int i = 0; i < 4; ++i) EXPECT_FLOAT_EQ(engine->fatRatio[i], row.ratios[i]) << row.fat;
-    EXPECT_FLOAT_EQ(engine->oscGain[0], row.gain) << row.fat;  // level 1 * Osc1Vol 1
-  }
-}
-
-TEST_F(VoiceEngineTest, StackMembersStartApartAndSpreadOverTheStereoField) {
-  engine->setParameter(kFat, 0.3f);
-  randomState = 31u;
-  midi(0x90, 60, 100);
-  render(110);  // the tick at the block's end starts the note
-  const Voice& v = engine->voices[0];
-  ASSERT_EQ(v.ampState, kEnvAttack);
-  // A and C start at 0; B and D apart, drawn in the order B1, B2, D1, D2.
-  randomState = 31u;
-  for (int member : {kMemberB, kMemberD}) {
-    for (int osc = 0; osc < 2; ++osc) {
-      EXPECT_EQ(v.oscPhase[member][osc], static_cast<uint32_t>(randomRange(0.0f, 16777215.0f)));
-    }
-  }
-  EXPECT_EQ(v.oscPhase[kMemberA][0] + v.oscPhase[kMemberC][1], 0u);
-  // Speeds carry the ratios: A and B a, C and D 1/a in mode 1.
-  EXPECT_FLOAT_EQ(v.oscIncrement[kMemberA][0] / v.oscIncrement[kMemberC][0],
-                  engine->fatRatio[0] * engine->fatRatio[0]);
-  EXPECT_EQ(v.oscIncrement[kMemberB][0], v.oscIncrement[kMemberA][0]);
-  EXPECT_EQ(v.oscIncrement[kMemberD][0], v.oscIncrement[kMemberC][0]);
-
-  // The voice's own output: two detuned players apart; then one, centred.
-  std::vector<float> l(110, 0.0f), r(110, 0.0f);
-  render(4400);
-  engine->renderVoice(0, 110, l.data(), r.data(), 0, 110);
-  EXPECT_NE(l, r);
-  engine->setParameter(kFat, 0.0f);
-  render(110);
-  std::fill(l.begin(), l.end(), 0.0f);
-  std::fill(r.begin(), r.end(), 0.0f);
-  engine->renderVoice(0, 110, l.data(), r.data(), 0, 110);
-  EXPECT_EQ(l, r);
-  EXPECT_NE(l[60], 0.0f);
-}
 
 TEST_F(VoiceEngineTest, RefreshDecodesRoutinesVoicesLfoAndFilterCode) {
   const OscRender players[4] = {renderCubic2x, renderLinear2x, renderLinear, renderNearest};

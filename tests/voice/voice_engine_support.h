@@ -12,8 +12,8 @@
 #include <thread>
 #include <vector>
 
-#include "common/pitch_measure.h"
 #include "common/test_host.h"
+#include "hostlib/midi_events.h"
 
 namespace sablevox::testing {
 
@@ -23,7 +23,7 @@ constexpr float kTunePlusOne = 0.45f;  // step 4: ratio 2.0
 class VoiceEngineTest : public ::testing::Test {
  protected:
   void SetUp() override {
-    TestHost::instance().reset();
+    resetTestHost();
     engine = makeEngine(44100.0f);
     engine->config->set(kQuality, 0);
     // clang-format off
@@ -53,17 +53,10 @@ class VoiceEngineTest : public ::testing::Test {
   void render(int count) { renderBlock(*engine, left, right, count); }
 
   void midi(uint8_t status, int data1, int data2, int deltaFrames = 0) {
-    VstMidiEvent event{};
-    event.type = kVstMidiType;
-    event.byteSize = sizeof event;
-    event.deltaFrames = deltaFrames;
-    event.midiData[0] = static_cast<char>(status);
-    event.midiData[1] = static_cast<char>(data1);
-    event.midiData[2] = static_cast<char>(data2);
-    VstEvents batch{};
-    batch.numEvents = 1;
-    batch.events[0] = reinterpret_cast<VstEvent*>(&event);
-    engine->processEvents(&batch);
+    host::EventList events;
+    events.add(host::MidiMessage::raw(deltaFrames, status, static_cast<unsigned char>(data1),
+                                      static_cast<unsigned char>(data2)));
+    engine->processEvents(events.get());
   }
 
   // Plays note 69 and measures the left channel's pitch after the attack.
@@ -74,8 +67,24 @@ class VoiceEngineTest : public ::testing::Test {
     return frequency(left, 44100.0);
   }
 
+  // Pitch of a rendered tone: rising zero crossings of the signal less its
+  // mean, interpolated between samples.
   static double frequency(const std::vector<float>& x, double sampleRate) {
-    return zeroCrossingFrequency(x, sampleRate);
+    double mean = 0.0;
+    for (float v : x) mean += v;
+    mean /= static_cast<double>(x.size());
+    double first = -1.0, last = -1.0;
+    int crossings = 0;
+    for (size_t i = 1; i < x.size(); ++i) {
+      const double a = x[i - 1] - mean, b = x[i] - mean;
+      if (a < 0.0 && b >= 0.0) {
+        const double t = static_cast<double>(i - 1) + a / (a - b);
+        if (first < 0.0) first = t;
+        last = t;
+        ++crossings;
+      }
+    }
+    return crossings > 1 ? (crossings - 1) / (last - first) * sampleRate : 0.0;
   }
 
   IsolatedSettings settings;

@@ -38,21 +38,6 @@ std::vector<double> tone(double f0, int count, double seconds, Amplitude amplitu
   return x;
 }
 
-TEST(Fft, MatchesTheDirectTransform) {
-  Noise noise;
-  std::vector<std::complex<double>> data(64);
-  for (auto& v : data) v = {noise.next(), noise.next()};
-  const std::vector<std::complex<double>> input = data;
-  fft(data);
-  for (size_t m = 0; m < data.size(); ++m) {
-    std::complex<double> direct = 0.0;
-    for (size_t n = 0; n < input.size(); ++n) {
-      direct += input[n] * std::polar(1.0, -kTwoPi * static_cast<double>(m * n) / 64.0);
-    }
-    ASSERT_NEAR(std::abs(data[m] - direct), 0.0, 1e-9) << m;
-  }
-}
-
 TEST(PitchAt, FindsTheFundamentalOfAToneAndNoneInNoise) {
   for (double f0 : {82.0, 131.7, 210.0}) {
     const std::vector<double> x = tone(f0, 12, 0.2, [](int k) { return 1.0 / k; });

@@ -1,5 +1,6 @@
 // The spoken-wave data format end to end: codes, the stride expansion, the
-// written file, the drum loops and the envelope comparison.
+// written file and the envelope comparison. The drum loops are checked as
+// embedded (waves/spoken_waves_test.cpp).
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -9,7 +10,6 @@
 #include <iterator>
 #include <vector>
 
-#include "voicegen/drum_loops.h"
 #include "voicegen/envelope_compare.h"
 #include "voicegen/spoken_file.h"
 #include "wavegen/spoken_waves.h"
@@ -81,22 +81,6 @@ TEST(WriteSpokenFile, NormalisesStoresOnlyHarmonicsWithEnergyAndRefusesSilence) 
   std::vector<HarmonicFrame> silent(kFrames, HarmonicFrame{});
   EXPECT_FALSE(writeSpokenFile(path, silent, 1, stats));
   EXPECT_FALSE(writeSpokenFile(path, std::vector<HarmonicFrame>(3), 1, stats));
-}
-
-TEST(DrumLoops, AreOneDistinctBarEachThatLoopsWithoutASeam) {
-  std::vector<std::vector<double>> bars;
-  for (int p = 1; p <= kDrumPatterns; ++p) {
-    const Audio bar = drumLoop(p);
-    ASSERT_EQ(bar.samples.size(), 88200u);  // 2 s at 120 BPM
-    double peak = 0.0;
-    for (double v : bar.samples) peak = std::max(peak, std::abs(v));
-    EXPECT_NEAR(peak, 0.9, 1e-12);
-    for (const auto& other : bars) EXPECT_NE(bar.samples, other);
-    bars.push_back(bar.samples);
-    // The window wraps: frame 255 is frame 0 of the next pass.
-    const std::vector<HarmonicFrame> frames = analyseDrumLoop(bar, 65.4064);
-    for (int k = 0; k < kHarmonics; ++k) ASSERT_NEAR(frames[255][k], frames[0][k], 1e-9) << k;
-  }
 }
 
 TEST(EnvelopeCompare, CorrelatesASoundWithItselfFullyAndNotWithItsReverse) {

@@ -63,23 +63,6 @@ TEST(WavegenMaths, RandomIsRepeatableAndStaysInRange) {
   EXPECT_NEAR(sum / 10000.0, 0.5, 0.01);
 }
 
-// Fourier series: square 4/(pi k) on odd k, sawtooth 2/(pi k).
-TEST(WavegenSpectrum, ExactPiecesGiveTheFourierSeriesOfSquareAndRamp) {
-  Spectrum square{};
-  const Segment squarePieces[] = {{0.0, 0.5, 1.0, 1.0}, {0.5, 1.0, -1.0, -1.0}};
-  harmonicsOfSegments(squarePieces, square);
-  Spectrum ramp{};
-  const Segment rampPieces[] = {{0.0, 1.0, -1.0, 1.0}};
-  harmonicsOfSegments(rampPieces, ramp);
-  for (int k = 1; k <= kHarmonics; ++k) {
-    const double odd = k % 2 ? 4.0 / (kPi * k) : 0.0;
-    ASSERT_NEAR(square[k - 1], odd, 1e-12) << k;
-    ASSERT_NEAR(ramp[k - 1], 2.0 / (kPi * k), 1e-12) << k;
-    ASSERT_NEAR(squareHarmonic(k) * 4.0 / kPi, odd, 1e-12) << k;
-    ASSERT_NEAR(pulseHarmonic(k, 0.5), std::fabs(std::sin(kPi * k * 0.5)) / k, 1e-13);
-  }
-}
-
 // A sampled cycle analysed by the FFT agrees with the exact pieces of the
 // same shape, and a mix of sines comes back with its amplitudes whatever
 // their phases. The shape is a ramp with a jump: in a continuous shape the

@@ -1,12 +1,13 @@
-// Band-limited tables: what each level holds, the scale, clip and truncation,
-// and the choice of level by speed.
+// Band-limited tables at their edges: clip and truncation, frames in their
+// blocks, and the choice of level by speed, also for hostile speeds. What
+// each level holds (and the inverse transform behind it) is pinned by the
+// regression renders, which play the fixed waves at every level.
 #include "waves/wave_table.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <limits>
-#include <numbers>
 #include <vector>
 
 #include "waves/level_table.h"
@@ -23,44 +24,10 @@ class WaveTableTest : public ::testing::Test {
     buildWaveTable(table.data(), spectrum.data(), 1, 0.01f, scratch.data());
   }
   const int16_t* level(int l) const { return table.data() + levelOffset(l); }
-  bool alternates(int l, int value) const {
-    for (int j = 0; j < levelLength(l); ++j) {
-      if (level(l)[j] != ((j & 1) ? -value : value)) return false;
-    }
-    return true;
-  }
 
   std::vector<int16_t> table = std::vector<int16_t>(kTableValues, 1234);
   std::vector<float> scratch = std::vector<float>(buildScratchFloats(kWaveFrames));
 };
-
-TEST_F(WaveTableTest, ZerosGiveZerosAndASineTheSameSineAtEveryLevel) {
-  buildFrame({});
-  for (int j = 0; j < kFrameBlock; ++j) ASSERT_EQ(table[j], 0) << j;
-  EXPECT_EQ(table[kFrameBlock], 1234);  // one frame asked for, one written
-
-  buildFrame({{0, 65535.0f}});
-  for (int l = 2; l <= kTableLevels; ++l) {
-    const int n = levelLength(l);
-    for (int j = 0; j < n; ++j) {
-      // Amplitude 2 * 65535 * 0.01, starting at zero and going negative.
-      ASSERT_NEAR(level(l)[j], -1310.7 * std::sin(2.0 * std::numbers::pi * j / n), 1.01) << l;
-    }
-  }
-  EXPECT_TRUE(alternates(1, 655));  // A(1), -A(1), truncated towards zero
-}
-
-TEST_F(WaveTableTest, HarmonicsAboveALevelStayOutAndItsNyquistTermAlternates) {
-  buildFrame({{255, 10000.0f}});  // harmonic 256: level 9's Nyquist term only
-  for (int l = 1; l <= kTableLevels; ++l) {
-    EXPECT_EQ(alternates(l, l == 9 ? 100 : 0), true) << l;
-  }
-  buildFrame({{31, 10000.0f}});  // harmonic 32: Nyquist of level 6, a sine above
-  for (int l = 1; l <= 6; ++l) EXPECT_EQ(alternates(l, l == 6 ? 100 : 0), true) << l;
-  for (int l = 7; l <= kTableLevels; ++l) EXPECT_NEAR(level(l)[levelLength(l) / 128], -200.0, 1.0);
-  buildFrame({{0, 30000.0f}, {1, 20000.0f}, {2, 10000.0f}});
-  EXPECT_TRUE(alternates(1, 300));  // the fundamental alone
-}
 
 TEST_F(WaveTableTest, SignsFlipAndLoudOrBadValuesClipSilently) {
   buildFrame({{0, -65535.0f}});
