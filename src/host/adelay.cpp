@@ -131,7 +131,6 @@ bool ADelay::wavesReady() const {
 void ADelay::resetEngine() {
   std::memset(arpKeys, 0, sizeof arpKeys);
   std::memset(arpHeldKeys, 0, sizeof arpHeldKeys);
-  arpLastType = kArpTypeUnseen;
   refreshCountdown = 0;
   samplesToTick = 0.0f;
   for (Voice& voice : voices) clearVoice(voice);

@@ -36,7 +36,6 @@ class Stereo;
 
 constexpr int kMaxBlock = 65536;
 constexpr int kKeys = 128;
-constexpr int kArpTypeUnseen = -1;  // no tick has seen an ArpType since the last reset
 constexpr int kPitchTableSize = 256;
 constexpr float kMinSampleRate = 8000.0f;
 constexpr float kMaxSampleRate = 384000.0f;
@@ -167,9 +166,7 @@ class ADelay : public AudioEffectX {
   uint8_t arpOctaveStep = 0;
   uint8_t arpVelocity = 0;
   bool arpChordMode = false;
-  // The mode of the previous tick; kArpTypeUnseen until the first tick after
-  // construction or a reset, which takes the mode as it finds it.
-  int arpLastType = kArpTypeUnseen;
+  int arpLastType = 0;
   bool arpGateOpen = false;
 
   // Key state.

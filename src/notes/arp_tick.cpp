@@ -52,16 +52,11 @@ void ADelay::arpTick(int type, int rhythm, bool active, double tempo, float samp
   type = std::clamp(type, 0, kArpTypes - 1);
   rhythm = std::clamp(rhythm, 0, kArpRhythms - 1);
 
-  // A new mode ends every note and forgets every key. The first tick after a
-  // reset only takes the mode: the reset has ended the notes already, and the
-  // keys that arrived since were played in this mode (a program change
-  // followed at once by a chord).
+  // A new mode ends every note and forgets every key.
   if (type != arpLastType) {
-    if (arpLastType != kArpTypeUnseen) {
-      for (int k = 0; k < kKeys; ++k) noteOff(k);
-      std::memset(arpKeys, 0, sizeof arpKeys);
-      std::memset(arpHeldKeys, 0, sizeof arpHeldKeys);
-    }
+    for (int k = 0; k < kKeys; ++k) noteOff(k);
+    std::memset(arpKeys, 0, sizeof arpKeys);
+    std::memset(arpHeldKeys, 0, sizeof arpHeldKeys);
     arpLastType = type;
   }
   // Off: the phrase's clock stands still.

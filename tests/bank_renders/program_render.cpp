@@ -86,6 +86,9 @@ bool BankPlayer::start(std::string& error) {
   plugin_->open();
   plugin_->setSampleRate(kRate);
   plugin_->setBlockSize(kBlock);
+  // A program's first tick would drop the phrase's first keys whenever the
+  // arpeggiator's mode differs from the last program's.
+  plugin_->settleBeforeStart(true);
   return true;
 }
 

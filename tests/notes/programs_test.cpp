@@ -1,10 +1,8 @@
 // Programs and banks: the built-in data, bank loading and names. A host's
 // writes and total recall of programs are the validator's (hostile_host_test).
-#include <algorithm>
 #include <cstdint>
 #include <cstring>
 #include <string>
-#include <vector>
 
 #include "data/factory_data.h"
 #include "notes_support.h"
@@ -122,35 +120,6 @@ TEST_F(ProgramsTest, NamesInitNumberingAndLength) {
   EXPECT_FALSE(engine->getProgramNameIndexed(0, -1, text));
   EXPECT_STREQ(text, "untouched");
   EXPECT_TRUE(engine->getProgramNameIndexed(7, 4, text));  // the category is ignored
-}
-
-TEST_F(ProgramsTest, KeysRightAfterAProgramChangePlayInTheNewProgramsMode) {
-  // Program 1 arpeggiates, program 2 does not. Each change is followed by a
-  // block whose first tick brings two keys: the reset at the block's head
-  // ends the old program's notes, and the keys play in the new one's mode,
-  // also on an instance whose arpeggiator has never ticked.
-  for (int program : {1, 2}) {
-    engine->setProgram(program);
-    engine->setParameter(kArpType, choiceValue(program == 1 ? findChoice(kArpType, "Up") : 0));
-    engine->setParameter(kVoices, choiceValue(findChoice(kVoices, "8")));
-    engine->setParameter(kGlMode, choiceValue(0));
-  }
-  const struct {
-    int program;
-    std::vector<int> gated;
-  } changes[] = {{1, {60}}, {2, {60, 64}}, {1, {60}}};
-  for (const auto& change : changes) {
-    engine->setProgram(change.program);
-    testing::EventBatch keys({{0x90, 60, 100}, {0x90, 64, 100}});
-    engine->processEvents(keys.events());
-    render(441);
-    std::vector<int> gated;
-    for (const Voice& voice : engine->voices) {
-      if (voice.gate != 0) gated.push_back(voice.note);
-    }
-    std::sort(gated.begin(), gated.end());
-    EXPECT_EQ(gated, change.gated) << "program " << change.program;
-  }
 }
 
 }  // namespace

@@ -223,6 +223,18 @@ TEST_F(RenderCommand, ProgramChangesKeepTheNotesThatFollowThem) {
     EXPECT_GT(peakDb(out, 0.3, 1.4), -30.0) << "the arpeggio, block size " << blockSize;
     EXPECT_GT(peakDb(out, 1.55, 1.95), -30.0) << "the note, block size " << blockSize;
   }
+  // The same arpeggio program chosen on the command line, its chord at frame 0.
+  const std::string chord = path("chord.mid");
+  writeFile(chord,
+            testing::midiFile(0, 480, {{0x00, 0x90, 0x30, 0x64, 0x00, 0x3C, 0x64, 0x00, 0x40, 0x64,
+                                        0x00, 0x43, 0x64, 0x00, 0x48, 0x64, 0x8B, 0x20, 0x80, 0x30,
+                                        0x00, 0x00, 0x3C, 0x00, 0x00, 0x40, 0x00, 0x00, 0x43, 0x00,
+                                        0x00, 0x48, 0x00, 0x00, 0xFF, 0x2F, 0x00}}));
+  const std::string out = path("chord.wav");
+  std::string output;
+  ASSERT_EQ(run({chord, "--bank", "A", "--program", "94", "--tail", "0.2", "-o", out}, output), 0)
+      << output;
+  EXPECT_GT(peakDb(out, 0.3, 1.4), -30.0) << "the arpeggio of a chord at frame 0";
 }
 
 TEST_F(RenderCommand, VolumeFromTheFileCanBeIgnoredScaledOrNormalized) {

@@ -65,7 +65,7 @@ bool Plugin::renderStream(std::span<const TimedMidi> events, int64_t frames, Vst
   for (size_t i = 0; i < events.size() && events[i].frame < settle; ++i) {
     if (resetsPlugin(events[i].message)) prerollEnd = i + 1;
   }
-  if (prerollEnd > 0) {
+  if (prerollEnd > 0 || settleBeforeStart_) {
     const double samplePos = host_->samplePosition();
     const double ppqPos = host_->ppqPosition();
     for (int64_t done = 0; done < settle;) {

@@ -135,7 +135,8 @@ class Plugin {
   // leave the reset's block a tick long; where the block size does not allow
   // it, the messages after the reset wait until a tick has passed. Resets in
   // the first tick are sent in a stretch before frame 0 whose sound is
-  // dropped (beforeBlock sees negative starts there).
+  // dropped (beforeBlock sees negative starts there); so is a tick with no
+  // message at all when settleBeforeStart(true) was asked for.
   using BlockHook = std::function<bool(int64_t start, VstInt32 length)>;
   using BlockSink = std::function<bool(const float* left, const float* right, VstInt32 length)>;
   bool renderStream(std::span<const TimedMidi> events, int64_t frames, VstInt32 blockSize,
@@ -144,6 +145,8 @@ class Plugin {
   bool render(std::span<const TimedMidi> events, int64_t frames, VstInt32 blockSize,
               std::vector<float>& left, std::vector<float>& right,
               const BlockHook& beforeBlock = {});
+  // Renders start with one dropped tick even without a reset in it.
+  void settleBeforeStart(bool on) { settleBeforeStart_ = on; }
 
  private:
   static std::unique_ptr<Plugin> start(Entry entry, void* library, const std::string& path,
@@ -160,6 +163,7 @@ class Plugin {
   bool resumed_ = false;
   bool strictStrings_ = true;
   bool keepLoaded_ = false;
+  bool settleBeforeStart_ = false;
   EventList events_;
   std::vector<std::vector<float>> scratch_;  // silent inputs and the unused outputs
   std::vector<float*> inputs_;

@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <filesystem>
 
+#include "host/parameters.h"
 #include "render/parameter_setting.h"
 
 namespace sablevox::render {
@@ -21,6 +22,14 @@ std::string locatePlugin(std::string& error) {
   for (const std::string& candidate : candidates) error += "\n  " + candidate;
   error += "\ngive one with --plugin FILE";
   return {};
+}
+
+// Sablevox's arpeggiator takes a new mode at the first tick after a reset and
+// forgets the keys that came in that tick, as a fresh instance's first tick
+// does when the program arpeggiates: a render then starts with one dropped
+// tick, so that notes at frame 0 play in the program's mode.
+bool arpeggiatorOn(host::Plugin& plugin) {
+  return steppedIndex(plugin.getParameter(kArpType), parameterInfo(kArpType).steps) > 0;
 }
 
 }  // namespace
@@ -81,6 +90,7 @@ bool openPlugin(const Options& options, bool configure, PluginSession& session,
       plugin.setParameter(setting.index, setting.value);
     }
   }
+  if (session.sablevox) plugin.settleBeforeStart(arpeggiatorOn(plugin));
   return true;
 }
 
