@@ -70,6 +70,7 @@ class COptionMenu : public CParamDisplay {
   // The popup's answer: an entry index, or -1 for none.
   void popupDone(long index);
   bool isPopupOpen() const { return popup != nullptr; }
+  const OptionMenuPopup* getPopup() const { return popup.get(); }
   const std::string& entryText(long index) const { return entries[static_cast<size_t>(index)]; }
   bool isSeparator(long index) const { return entryText(index) == "-"; }
 

@@ -15,6 +15,7 @@ struct Registry {
   std::map<Display*, int> errors;  // our connections and their error counts
   std::map<Display*, bool> lost;
   XErrorHandler previous = nullptr;
+  XIOErrorHandler previousIo = nullptr;
   bool installed = false;
 };
 
@@ -38,11 +39,27 @@ int onError(Display* display, XErrorEvent* event) {
   return forward != nullptr ? forward(display, event) : 0;
 }
 
-// Returning lets Xlib mark the connection dead rather than exit.
+// Returning from both lets Xlib mark the connection dead rather than end
+// the process; the first is process-wide, so others' connections go on to
+// the handler that was there before.
 void onConnectionLost(Display* display, void* /*data*/) {
   Registry& r = registry();
   std::lock_guard<std::mutex> guard(r.mutex);
   r.lost[display] = true;
+}
+
+int onIoError(Display* display) {
+  Registry& r = registry();
+  XIOErrorHandler forward = nullptr;
+  {
+    std::lock_guard<std::mutex> guard(r.mutex);
+    if (r.errors.count(display) != 0) {
+      r.lost[display] = true;
+      return 0;
+    }
+    forward = r.previousIo;
+  }
+  return forward != nullptr ? forward(display) : 0;
 }
 
 }  // namespace
@@ -58,6 +75,8 @@ Display* openConnection() {
   if (!r.installed) {
     r.previous = XSetErrorHandler(onError);
     if (r.previous == onError) r.previous = nullptr;
+    r.previousIo = XSetIOErrorHandler(onIoError);
+    if (r.previousIo == onIoError) r.previousIo = nullptr;
     r.installed = true;
   }
   openConnections.fetch_add(1, std::memory_order_relaxed);
@@ -76,8 +95,11 @@ void closeConnection(Display* display) {
   if (r.errors.empty() && r.installed) {
     XErrorHandler current = XSetErrorHandler(r.previous);
     if (current != onError) XSetErrorHandler(current);
+    XIOErrorHandler currentIo = XSetIOErrorHandler(r.previousIo);
+    if (currentIo != onIoError) XSetIOErrorHandler(currentIo);
     r.installed = false;
     r.previous = nullptr;
+    r.previousIo = nullptr;
   }
   openConnections.fetch_sub(1, std::memory_order_relaxed);
 }

@@ -282,6 +282,7 @@ bool X11Frame::openPopup(PopupClient* client, const CRect& screen) {
   XGrabPointer(display, popup, False, ButtonPressMask | ButtonReleaseMask | PointerMotionMask,
                GrabModeAsync, GrabModeAsync, None, None, CurrentTime);
   XGrabKeyboard(display, popup, False, GrabModeAsync, GrabModeAsync, CurrentTime);
+  repaintPopup();  // at once, not only at the Expose that follows
   XFlush(display);
   return true;
 }
