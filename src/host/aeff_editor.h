@@ -25,6 +25,9 @@ class AEffEditor {
   virtual bool dispatchKey(VstKeyCode& key, bool down) {
     return down ? onKeyDown(key) : onKeyUp(key);
   }
+  // Called before the editor is deleted, while it is still whole: stops
+  // whatever of it runs on threads of its own.
+  virtual void detach() {}
 };
 
 }  // namespace sablevox

@@ -25,6 +25,7 @@ AudioEffect::AudioEffect(audioMasterCallback master, VstInt32 programs, VstInt32
 }
 
 AudioEffect::~AudioEffect() {
+  if (editor != nullptr) editor->detach();
   delete editor;
 }
 

@@ -96,9 +96,12 @@ bool AEffGUIEditor::hostResizes(int width, int height) {
   return x->sizeWindow(width, height);
 }
 
-// A second open without close replaces the first window.
+// A second open without close replaces the first window. The old frame's
+// fallback thread stops before open() replaces the frame, since it may be
+// running the editor's idle.
 bool AEffGUIEditor::dispatchOpen(void* window) {
   if (frame != nullptr && frame->isOpen()) dispatchClose();
+  if (frame != nullptr) frame->closeWindow();
   if (!open(window) || frame == nullptr || !frame->isOpen()) {
     if (frame != nullptr) frame->closeWindow();
     return false;
@@ -117,6 +120,10 @@ void AEffGUIEditor::dispatchClose() {
     close();
   }
   frame->closeWindow();
+}
+
+void AEffGUIEditor::detach() {
+  if (frame != nullptr) frame->closeWindow();
 }
 
 void AEffGUIEditor::dispatchIdle() {

@@ -50,6 +50,7 @@ class AEffGUIEditor : public sablevox::AEffEditor {
   void dispatchClose() override;
   void dispatchIdle() override;
   bool dispatchKey(VstKeyCode& key, bool down) override;
+  void detach() override;
 
   CFrame* getFrame() const { return frame; }
   // Takes a new frame, giving the old one up.

@@ -10,7 +10,6 @@
 namespace VSTGUI {
 namespace {
 
-constexpr int64_t kFallbackAfterMs = 100;  // host idle older than this: our thread pumps
 constexpr auto kFallbackPeriod = std::chrono::milliseconds(16);
 
 }  // namespace
@@ -36,7 +35,7 @@ void CFrame::closeWindow() {
   stopFallbackPump();
   std::lock_guard<std::recursive_mutex> guard(lock);
   if (focusView != nullptr) setFocusView(nullptr);
-  releaseMouseTracker();
+  finishMouseTracker();
   platform.reset();
   firstPaintDone = false;
 }
@@ -245,6 +244,18 @@ void CFrame::releaseMouseTracker() {
   if (v != nullptr) v->forget();
 }
 
+void CFrame::finishMouseTracker() {
+  if (mouseTracker == nullptr) return;
+  CView* v = mouseTracker;
+  mouseTracker = nullptr;
+  const long heldBefore = mouseButtons;
+  mouseButtons &= ~(kLButton | kMButton | kRButton);
+  auto context = createDrawContext();
+  v->mouseUp(context.get(), mouseLocation);
+  mouseButtons = heldBefore;
+  v->forget();
+}
+
 void CFrame::platformPaint(const CRect& rect) {
   auto context = createDrawContext();
   if (!context) return;
@@ -254,7 +265,7 @@ void CFrame::platformPaint(const CRect& rect) {
 }
 
 void CFrame::platformMouseDown(CPoint where, long buttons) {
-  releaseMouseTracker();  // a release we never saw (a popup had the pointer)
+  finishMouseTracker();  // a release we never saw (a popup had the pointer)
   mouseButtons = buttons;
   mouseLocation = where;
   auto context = createDrawContext();
@@ -330,7 +341,7 @@ void CFrame::fallbackLoop() {
   std::unique_lock<std::mutex> wait(fallbackMutex);
   while (!fallbackWake.wait_for(wait, kFallbackPeriod, [this] { return fallbackStop; })) {
     const int64_t quiet = platformTicks() - lastHostIdle.load(std::memory_order_relaxed);
-    if (quiet < kFallbackAfterMs) continue;
+    if (quiet < fallbackAfterMs.load(std::memory_order_relaxed)) continue;
     wait.unlock();
     runIdle(false);
     wait.lock();

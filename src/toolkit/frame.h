@@ -62,6 +62,8 @@ class CFrame : public CView {
   long onKeyDown(VstKeyCode& key) override;
   long onKeyUp(VstKeyCode& key) override;
   bool isSomethingDirty() const;
+  // True once the window's first paint is over; the idle pass waits for it.
+  bool hasPainted() const { return firstPaintDone; }
   // The paint pass: repaints what is dirty, once the first paint is over.
   void idle();
 
@@ -78,6 +80,8 @@ class CFrame : public CView {
   void runIdle(bool fromHost);
   // Starts the thread that pumps while the host doesn't idle.
   void startFallbackPump();
+  // How long without host idle before that thread pumps (100 ms).
+  void setFallbackAfter(int64_t ms) { fallbackAfterMs.store(ms, std::memory_order_relaxed); }
   std::recursive_mutex& pumpLock() { return lock; }
   // Counters for tests and measurements: pumps from the host's idle and from
   // the fallback thread.
@@ -96,6 +100,9 @@ class CFrame : public CView {
   void fallbackLoop();
   void stopFallbackPump();
   void releaseMouseTracker();
+  // Ends a press whose release won't come to us (a popup took the pointer,
+  // or the window goes), so that a control closes its edit.
+  void finishMouseTracker();
 
   AEffGUIEditor* editor;
   std::unique_ptr<PlatformFrame> platform;
@@ -111,6 +118,7 @@ class CFrame : public CView {
   std::recursive_mutex lock;
   bool inPump = false;
   std::atomic<int64_t> lastHostIdle{0};
+  std::atomic<int64_t> fallbackAfterMs{100};
   std::atomic<long> hostPumpCount{0};
   std::atomic<long> fallbackPumpCount{0};
   std::thread fallback;

@@ -39,6 +39,7 @@ TestEditor::TestEditor(sablevox::AudioEffect* effect, int w, int h,
 bool TestEditor::open(void* window) {
   AEffGUIEditor::open(window);
   setFrame(new VSTGUI::CFrame(VSTGUI::CRect(0, 0, width, height), window, this));
+  getFrame()->setFallbackAfter(fallbackAfterMs);
   if (builder) builder(*this);
   return true;
 }

@@ -35,6 +35,8 @@ class TestEditor : public VSTGUI::AEffGUIEditor, public VSTGUI::CControlListener
   void valueChanged(VSTGUI::CDrawContext* context, VSTGUI::CControl* control) override;
   void idle() override;
   int idles = 0;
+  // The frame's own pump stays out of the way unless a test wants it.
+  int64_t fallbackAfterMs = 1000000;
 
  private:
   int width;

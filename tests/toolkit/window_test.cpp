@@ -1,6 +1,7 @@
 // The editor window's life as hosts lead it: opened and closed many times,
 // twice without close, from two instances, idled from another thread or not
 // at all, its parent destroyed first, no X server, a server that dies.
+#include <X11/keysym.h>
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <unistd.h>
@@ -8,6 +9,7 @@
 #include <chrono>
 #include <cstdlib>
 #include <memory>
+#include <mutex>
 #include <string>
 #include <thread>
 
@@ -82,6 +84,7 @@ TEST_F(WindowTest, OpenCloseManyTimesAndTwiceWithoutCloseLeavesNothingBehind) {
 TEST_F(WindowTest, FallbackPumpRunsOnlyWhileTheHostDoesNotIdle) {
   TestEffect effect;
   auto* editor = new TestEditor(&effect, 200, 100, withButton);
+  editor->fallbackAfterMs = 100;
   ASSERT_EQ(effect.call(effEditOpen, 0, host.handle()), 1);
   CFrame* frame = editor->getFrame();
   // No host idle at all: the window still gets painted and answers.
@@ -91,9 +94,16 @@ TEST_F(WindowTest, FallbackPumpRunsOnlyWhileTheHostDoesNotIdle) {
   EXPECT_TRUE(painted());
   EXPECT_GT(frame->fallbackPumps(), 0);
   EXPECT_EQ(frame->hostPumps(), 0);
+  {
+    std::lock_guard<std::recursive_mutex> guard(frame->pumpLock());
+    toolkit_test::eventLog().clear();
+  }
   host.click(100 + 20, 100 + 20);
-  const auto clicked = [] { return toolkit_test::eventLog().size() >= 2; };
-  toolkit_test::eventLog().clear();
+  // The log is written by the frame's thread: read it under the frame's lock.
+  const auto clicked = [&] {
+    std::lock_guard<std::recursive_mutex> guard(frame->pumpLock());
+    return toolkit_test::eventLog().size() >= 2;
+  };
   while (!clicked() && std::chrono::steady_clock::now() < end + 2s) {
     std::this_thread::sleep_for(5ms);
   }
@@ -159,6 +169,31 @@ TEST_F(WindowTest, ServerThatGoesAwayLeavesTheHostRunning) {
   EXPECT_FALSE(editor->getFrame()->isOpen());
   effect.call(effEditClose);
   EXPECT_EQ(effect.call(effEditOpen, 0, host.handle()), 0);
+}
+
+TEST_F(WindowTest, QuestionBoxAnswersYesAndNo) {
+  // The box is centred on the 1024 x 768 screen, 420 x 120, its buttons
+  // at the lower right; it has the keys while the pointer is over it.
+  constexpr int kLeft = (1024 - 420) / 2;
+  constexpr int kTop = (768 - 120) / 2;
+  for (const bool yes : {true, false}) {
+    bool answer = !yes;
+    std::thread asker([&] { answer = platformAskYesNo("Sablevox", "Do you want to visit?"); });
+    const auto end = std::chrono::steady_clock::now() + 3s;
+    while (host.pixel(0, kLeft + 5, kTop + 5) != 0xececec &&
+           std::chrono::steady_clock::now() < end) {
+      std::this_thread::sleep_for(5ms);
+    }
+    if (yes) {
+      host.moveTo(kLeft + 100, kTop + 40);
+      host.tap(XK_y);
+    } else {
+      host.click(kLeft + 360, kTop + 92);
+    }
+    asker.join();
+    EXPECT_EQ(answer, yes);
+  }
+  EXPECT_EQ(platformOpenWindowCount(), 0);
 }
 
 TEST(DetachedStartTest, StartsWithoutWaitingAndWithoutTheHostsDescriptors) {
