@@ -21,8 +21,8 @@ function(sablevox_library name)
   target_link_libraries(${name} ${scope} ${ARG_DEPS} Threads::Threads)
 endfunction()
 
-# One GoogleTest executable per tests/<area> folder. A list in
-# SABLEVOX_TEST_ENVIRONMENT (NAME=value entries) is set for its tests.
+# One GoogleTest executable per tests/<area> folder. SABLEVOX_TEST_ENVIRONMENT,
+# one NAME=value entry, is set for its tests.
 function(sablevox_test name dir)
   file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/tests/${dir}/*.cpp)
   if(NOT sources)

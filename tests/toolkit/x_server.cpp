@@ -85,7 +85,7 @@ HostWindow::HostWindow(int x, int y, int width, int height) : left(x), top(y) {
   // Survives the server's end, as the test of that needs, and windows that
   // vanish while the test looks at them.
   XSetIOErrorExitHandler(
-      dpy, [](Display*, void*) {}, nullptr);
+      dpy, [](Display*, void* lost) { *static_cast<bool*>(lost) = true; }, &lost);
   XSetIOErrorHandler([](Display*) { return 0; });
   XSetErrorHandler([](Display*, XErrorEvent*) { return 0; });
   XSetWindowAttributes set{};
@@ -99,11 +99,11 @@ HostWindow::HostWindow(int x, int y, int width, int height) : left(x), top(y) {
 }
 
 HostWindow::~HostWindow() {
-  if (dpy == nullptr) return;
+  if (dpy == nullptr || lost) return;  // a dead connection is left alone
   // Let go of any button or key a failed test left down.
   button(1, false);
-  destroy();
-  XCloseDisplay(dpy);
+  if (!lost) destroy();
+  if (!lost) XCloseDisplay(dpy);
 }
 
 void HostWindow::destroy() {

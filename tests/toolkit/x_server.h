@@ -62,6 +62,7 @@ class HostWindow {
 
  private:
   ::_XDisplay* dpy = nullptr;
+  bool lost = false;
   unsigned long window = 0;
   int left;
   int top;

@@ -52,7 +52,6 @@ class X11Frame : public PlatformFrame {
   cairo_surface_t* surface = nullptr;
   int w;
   int h;
-  cairo_device_t* device = nullptr;  // cairo's state for our connection
   Window previousFocus = 0;
   bool hasFocus = false;
 
@@ -68,11 +67,6 @@ X11Frame::~X11Frame() {
   closePopup();
   destroyWindow();
   retired.clear();
-  // cairo's caches for the connection go before the connection does.
-  if (device != nullptr) {
-    cairo_device_finish(device);
-    cairo_device_destroy(device);
-  }
   x11::closeConnection(display);
 }
 
@@ -119,7 +113,6 @@ bool X11Frame::create(Window parentWindow) {
   }
   x11::openWindows.fetch_add(1, std::memory_order_relaxed);
   surface = cairo_xlib_surface_create(display, window, visual, w, h);
-  device = cairo_device_reference(cairo_surface_get_device(surface));
   return true;
 }
 
