@@ -71,14 +71,16 @@ bool AEffGUIEditor::onWheel(float distance) {
 }
 
 // Event-driven mouse handling calls this from the control's handlers; the
-// wait of the polling loop it replaces is left out.
+// wait of the polling loop it replaces is left out. The host gets its time
+// only on its own thread: the frame's fallback thread doesn't call it.
 void AEffGUIEditor::doIdleStuff() {
   const int64_t now = platformTicks();
   if (now < lastTicks) return;
   idle();
   lastTicks = now + 100;
+  if (effect == nullptr || (frame != nullptr && frame->inFallbackPump())) return;
   inIdleStuff = true;
-  if (effect != nullptr) effect->masterIdle();
+  effect->masterIdle();
   inIdleStuff = false;
 }
 
@@ -115,10 +117,7 @@ void AEffGUIEditor::dispatchClose() {
     close();
     return;
   }
-  {
-    std::lock_guard<std::recursive_mutex> guard(frame->pumpLock());
-    close();
-  }
+  frame->asPump([this] { close(); });
   frame->closeWindow();
 }
 
@@ -136,8 +135,7 @@ void AEffGUIEditor::dispatchIdle() {
 
 bool AEffGUIEditor::dispatchKey(VstKeyCode& key, bool down) {
   if (frame == nullptr) return down ? onKeyDown(key) : onKeyUp(key);
-  std::lock_guard<std::recursive_mutex> guard(frame->pumpLock());
-  return down ? onKeyDown(key) : onKeyUp(key);
+  return frame->asPump([&] { return down ? onKeyDown(key) : onKeyUp(key); });
 }
 
 }  // namespace VSTGUI

@@ -311,6 +311,7 @@ void CFrame::runIdle(bool fromHost) {
   std::unique_lock<std::recursive_mutex> guard(lock, std::try_to_lock);
   if (!guard.owns_lock() || inPump) return;
   inPump = true;
+  fallbackPumping = !fromHost;
   (fromHost ? hostPumpCount : fallbackPumpCount).fetch_add(1, std::memory_order_relaxed);
   if (platform) platform->pump();
   if (editor != nullptr) {
@@ -318,6 +319,7 @@ void CFrame::runIdle(bool fromHost) {
   } else {
     idle();
   }
+  fallbackPumping = false;
   inPump = false;
 }
 

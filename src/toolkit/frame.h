@@ -83,6 +83,21 @@ class CFrame : public CView {
   // How long without host idle before that thread pumps (100 ms).
   void setFallbackAfter(int64_t ms) { fallbackAfterMs.store(ms, std::memory_order_relaxed); }
   std::recursive_mutex& pumpLock() { return lock; }
+  // Runs a host call under the pump's lock, as a pump: an idle that the
+  // host sends from inside it (say from masterIdle) returns at once.
+  template <typename Call>
+  auto asPump(Call call) {
+    std::lock_guard<std::recursive_mutex> guard(lock);
+    struct Restore {
+      bool& flag;
+      bool old;
+      ~Restore() { flag = old; }
+    } restore{inPump, inPump};
+    inPump = true;
+    return call();
+  }
+  // True while the frame's own thread pumps (the host is not in a call).
+  bool inFallbackPump() const { return fallbackPumping; }
   // Counters for tests and measurements: pumps from the host's idle and from
   // the fallback thread.
   long hostPumps() const { return hostPumpCount.load(std::memory_order_relaxed); }
@@ -117,6 +132,7 @@ class CFrame : public CView {
 
   std::recursive_mutex lock;
   bool inPump = false;
+  bool fallbackPumping = false;
   std::atomic<int64_t> lastHostIdle{0};
   std::atomic<int64_t> fallbackAfterMs{100};
   std::atomic<long> hostPumpCount{0};

@@ -177,6 +177,13 @@ TEST(DrawContextTest, DrawingRulesAndBadInput) {
   EXPECT_FALSE(missing.isLoaded());
   missing.draw(&c, CRect(0, 0, 10, 10));
   missing.drawTransparent(&c, CRect(0, 0, 10, 10));
+  // An offscreen picture copied to another context, unscaled, from a point.
+  COffscreenContext box(nullptr, 8, 8, {0, 0, 255, 0});
+  box.fillPixels(CRect(4, 4, 8, 8), {0, 255, 0, 0});
+  box.copyFrom(&c, CRect(10, 0, 14, 4), CPoint(4, 4));
+  EXPECT_EQ(px(10, 0), 0x00ff00u);
+  EXPECT_EQ(px(13, 3), 0x00ff00u);
+  EXPECT_NE(px(14, 3), 0x00ff00u);
   // Fonts: 0 to 7, others count as 0; size 0 takes the table's height.
   EXPECT_EQ(fontFromId(4).pixelHeight, 11);
   EXPECT_EQ(fontFromId(99).pixelHeight, 12);

@@ -5,8 +5,8 @@
 namespace toolkit_test {
 namespace {
 
-VstIntPtr hostCallback(AEffect* /*effect*/, VstInt32 opcode, VstInt32 index, VstIntPtr /*value*/,
-                       void* /*ptr*/, float /*opt*/) {
+VstIntPtr hostCallback(AEffect* /*effect*/, VstInt32 opcode, VstInt32 index, VstIntPtr value,
+                       void* ptr, float /*opt*/) {
   switch (opcode) {
     case audioMasterVersion:
       return 2400;
@@ -16,12 +16,28 @@ VstIntPtr hostCallback(AEffect* /*effect*/, VstInt32 opcode, VstInt32 index, Vst
     case audioMasterEndEdit:
       eventLog().push_back("end " + std::to_string(index));
       return 1;
+    case audioMasterIdle:
+      // Hosts may idle the editor from inside this call: it must not run.
+      if (reenteringEditor != nullptr) {
+        const int before = reenteringEditor->idles;
+        reenteringEditor->dispatchIdle();
+        eventLog().push_back(reenteringEditor->idles == before ? "masterIdle" : "reentered");
+      }
+      return 0;
+    case audioMasterCanDo:
+      return hostCanSizeWindow && std::string(static_cast<const char*>(ptr)) == "sizeWindow";
+    case audioMasterSizeWindow:
+      eventLog().push_back("size " + std::to_string(index) + "x" + std::to_string(value));
+      return hostCanSizeWindow;
     default:
       return 0;
   }
 }
 
 }  // namespace
+
+bool hostCanSizeWindow = false;
+TestEditor* reenteringEditor = nullptr;
 
 std::vector<std::string>& eventLog() {
   static std::vector<std::string> log;

@@ -14,6 +14,11 @@
 namespace toolkit_test {
 
 std::vector<std::string>& eventLog();
+// Whether the test host says it can "sizeWindow" (and does).
+extern bool hostCanSizeWindow;
+class TestEditor;
+// An editor whose idle the test host calls from inside masterIdle.
+extern TestEditor* reenteringEditor;
 
 class TestEffect : public sablevox::AudioEffectX {
  public:

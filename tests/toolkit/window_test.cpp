@@ -171,6 +171,35 @@ TEST_F(WindowTest, ServerThatGoesAwayLeavesTheHostRunning) {
   EXPECT_EQ(platformOpenWindowCount(), 0);
 }
 
+// The editor asks for (w, h - 1) and then (w, h): a host that resizes
+// carries out the first, and the frame's size, left as it was, drops the
+// second. Without the host's help the frame resizes itself.
+TEST_F(WindowTest, SetSizeWithAndWithoutTheHostsHelp) {
+  for (const bool hostHelps : {true, false}) {
+    toolkit_test::hostCanSizeWindow = hostHelps;
+    TestEffect effect;
+    auto* editor = new TestEditor(&effect, 200, 100, withButton);
+    ASSERT_EQ(effect.call(effEditOpen, 0, host.handle()), 1);
+    CFrame* frame = editor->getFrame();
+    toolkit_test::eventLog().clear();
+    EXPECT_FALSE(frame->setSize(200, 100));
+    EXPECT_TRUE(frame->setSize(200, 99));
+    EXPECT_EQ(host.frameWindowSize(frame), CPoint(200, 99));
+    if (hostHelps) {
+      EXPECT_EQ(toolkit_test::eventLog(), std::vector<std::string>{"size 200x99"});
+      EXPECT_EQ(frame->getSize(), CRect(0, 0, 200, 100));
+      EXPECT_FALSE(frame->setSize(200, 100));
+    } else {
+      EXPECT_TRUE(toolkit_test::eventLog().empty());
+      EXPECT_EQ(frame->getSize(), CRect(0, 0, 200, 99));
+      EXPECT_TRUE(frame->setSize(200, 100));
+      EXPECT_EQ(host.frameWindowSize(frame), CPoint(200, 100));
+    }
+    effect.call(effEditClose);
+  }
+  toolkit_test::hostCanSizeWindow = false;
+}
+
 TEST_F(WindowTest, QuestionBoxAnswersYesAndNo) {
   // The box is centred on the 1024 x 768 screen, 420 x 120, its buttons
   // at the lower right; it has the keys while the pointer is over it.

@@ -123,6 +123,17 @@ uint32_t HostWindow::framePixel(VSTGUI::CFrame* frame, int x, int y) {
                              : 0xdeadbeef;
 }
 
+VSTGUI::CPoint HostWindow::frameWindowSize(VSTGUI::CFrame* frame) {
+  XSync(dpy, False);
+  XWindowAttributes a{};
+  if (frame->getPlatformFrame() == nullptr ||
+      XGetWindowAttributes(dpy, static_cast<Window>(frame->getPlatformFrame()->nativeWindow()),
+                           &a) == 0) {
+    return {};
+  }
+  return {a.width, a.height};
+}
+
 uint32_t HostWindow::pixel(unsigned long w, int x, int y) {
   XSync(dpy, False);
   if (w == 0) w = DefaultRootWindow(dpy);
