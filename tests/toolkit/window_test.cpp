@@ -62,11 +62,13 @@ TEST_F(WindowTest, OpenCloseManyTimesAndTwiceWithoutCloseLeavesNothingBehind) {
       ASSERT_EQ(effect->call(effEditOpen, 0, host.handle()), 1);
       EXPECT_EQ(platformOpenWindowCount(), windows + 1);
       EXPECT_EQ(platformOpenDisplayCount(), displays + 1);
+      EXPECT_EQ(host.childCount(), 1);
     }
     effect->call(effEditClose);
   }
   EXPECT_EQ(platformOpenWindowCount(), windows);
   EXPECT_EQ(platformOpenDisplayCount(), displays);
+  EXPECT_EQ(host.childCount(), 0);  // the server agrees
 
   // Two instances at once, the plug-in closed with its editor open.
   auto second = std::make_unique<TestEffect>();
@@ -77,6 +79,7 @@ TEST_F(WindowTest, OpenCloseManyTimesAndTwiceWithoutCloseLeavesNothingBehind) {
   EXPECT_EQ(editor->getFrame()->getPlatformFrame()->errorCount(), 0);
   second.reset();
   effect.reset();
+  EXPECT_EQ(host.childCount(), 0);
   EXPECT_EQ(platformOpenWindowCount(), windows);
   EXPECT_EQ(platformOpenDisplayCount(), displays);
 }

@@ -123,6 +123,17 @@ uint32_t HostWindow::framePixel(VSTGUI::CFrame* frame, int x, int y) {
                              : 0xdeadbeef;
 }
 
+int HostWindow::childCount() {
+  XSync(dpy, False);
+  Window root = 0;
+  Window parent = 0;
+  Window* children = nullptr;
+  unsigned int count = 0;
+  if (XQueryTree(dpy, window, &root, &parent, &children, &count) == 0) return -1;
+  if (children != nullptr) XFree(children);
+  return static_cast<int>(count);
+}
+
 VSTGUI::CPoint HostWindow::frameWindowSize(VSTGUI::CFrame* frame) {
   XSync(dpy, False);
   XWindowAttributes a{};

@@ -45,6 +45,8 @@ class HostWindow {
   // Pixel 0xRRGGBB of a window on the screen, in its own coordinates; the
   // root window for 0.
   uint32_t pixel(unsigned long w, int x, int y);
+  // Windows inside this one, as the server counts them.
+  int childCount();
   // Size of the frame's window on the server.
   VSTGUI::CPoint frameWindowSize(VSTGUI::CFrame* frame);
   // Pixel of the frame's window.
