@@ -39,7 +39,8 @@ void COptionMenuScheme::drawItem(const char* text, bool checked, bool selected, 
   }
   context->setFont(font);
   context->setFontColor(ink);
-  context->drawString(text, {r.left + kTextIndent, r.top, r.right, r.bottom}, false, kLeftText);
+  // Left alignment keeps a pixel of margin: the text starts kTextIndent in.
+  context->drawString(text, {r.left + kTextIndent - 1, r.top, r.right, r.bottom}, false, kLeftText);
 }
 
 COptionMenu::COptionMenu(const CRect& rect, CControlListener* l, long t, CBitmap* bitmap,

@@ -70,19 +70,19 @@ void DemoEditor::buildDemo() {
   panel->forget();
 
   waves = addMenu(f, this, CRect(57, 23, 114, 36), kTagWave, {76, 75, 72, 0}, "wave", 85);
-  addMenu(f, this, CRect(127, 23, 184, 36), kTagFilter, {68, 67, 65, 0}, "filter", 39);
-  addMenu(f, this, CRect(197, 23, 254, 36), kTagQuality, {52, 51, 49, 0}, "quality", 4);
+  filters = addMenu(f, this, CRect(400, 23, 457, 36), kTagFilter, {68, 67, 65, 0}, "filter", 39);
+  addMenu(f, this, CRect(470, 23, 527, 36), kTagQuality, {52, 51, 49, 0}, "quality", 4);
 
   auto* button = new CBitmap(kButton);
   auto* random = new CKickButton(CRect(60, 90, 71, 101), this, kTagRandom, 11, button);
   random->setTransparency(true);
   f->addView(random);
-  auto* onOff = new COnOffButton(CRect(100, 90, 111, 101), this, kTagOnOff, button);
+  onOff = new COnOffButton(CRect(100, 90, 111, 101), this, kTagOnOff, button);
   onOff->setTransparency(true);
   f->addView(onOff);
   button->forget();
   auto* switchPicture = new CBitmap(kSwitch);
-  auto* hide = new COnOffButton(CRect(140, 90, 152, 102), this, kTagSwitch, switchPicture);
+  hide = new COnOffButton(CRect(140, 90, 152, 102), this, kTagSwitch, switchPicture);
   hide->setTransparency(true);
   f->addView(hide);
   switchPicture->forget();
@@ -100,7 +100,7 @@ void DemoEditor::buildDemo() {
   display->setFrameColor({90, 90, 90, 0});
   f->addView(display);
 
-  auto* text = new CTextEdit(CRect(50, 395, 300, 411), this, kTagText, "v2.0");
+  text = new CTextEdit(CRect(50, 395, 300, 411), this, kTagText, "v2.0");
   text->setFont(5);
   text->setHoriAlign(kLeftText);
   text->setBackColor({26, 26, 26, 0});
@@ -111,10 +111,23 @@ void DemoEditor::buildDemo() {
   auto* keys = new CBitmap(kWhiteKeys);
   for (int i = 0; i < 14; ++i) {
     const int left = 29 + i * 21;
-    f->addView(new CKickButton(CRect(left, 180, left + 21, 286), this, 200 + i, 106, keys));
+    auto* k = new CKickButton(CRect(left, 180, left + 21, 286), this, 200 + i, 106, keys);
+    f->addView(k);
+    if (i == 4) key = k;
   }
   keys->forget();
   first = random;
+}
+
+void DemoEditor::showOtherStates() {
+  if (onOff == nullptr) return;
+  onOff->setValue(1.0f);
+  hide->setValue(1.0f);
+  key->setValue(1.0f);
+  light->setValue(1.0f);
+  display->setValue(0.42f);
+  getFrame()->setFocusView(text);
+  text->takeFocus(nullptr);
 }
 
 void DemoEditor::buildGrid() {

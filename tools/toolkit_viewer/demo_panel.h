@@ -6,6 +6,7 @@
 #include "toolkit/editor.h"
 
 namespace VSTGUI {
+class CTextEdit;
 class CMovieBitmap;
 class CParamDisplay;
 class COptionMenu;
@@ -23,6 +24,10 @@ class DemoEditor : public VSTGUI::AEffGUIEditor, public VSTGUI::CControlListener
   void valueChanged(VSTGUI::CDrawContext* context, VSTGUI::CControl* control) override;
 
   VSTGUI::COptionMenu* waveMenu() const { return waves; }
+  VSTGUI::COptionMenu* filterMenu() const { return filters; }
+  // Switches, the light and a key on, the text field editing: every
+  // control in its other state, for a picture.
+  void showOtherStates();
   VSTGUI::CControl* firstControl() const { return first; }
 
  private:
@@ -33,6 +38,11 @@ class DemoEditor : public VSTGUI::AEffGUIEditor, public VSTGUI::CControlListener
   VSTGUI::CMovieBitmap* light = nullptr;
   VSTGUI::CParamDisplay* display = nullptr;
   VSTGUI::COptionMenu* waves = nullptr;
+  VSTGUI::COptionMenu* filters = nullptr;
+  VSTGUI::CControl* onOff = nullptr;
+  VSTGUI::CControl* hide = nullptr;
+  VSTGUI::CControl* key = nullptr;
+  VSTGUI::CTextEdit* text = nullptr;
   VSTGUI::CControl* first = nullptr;
   int lightHold = 0;
 };

@@ -2,6 +2,7 @@
 // own and idles it as a host would.
 //   --seconds N   close after N seconds (default: when the window closes)
 //   --open-menu   open the wave menu's list once the frame is painted
+//   --showcase    every control in its other state, the filter menu open
 //   --measure     print the time to open and paint a frame of 100 controls
 //                 and the cost of an idle pass, then exit
 #include <X11/Xlib.h>
@@ -85,16 +86,20 @@ int measure(Display* display, Window host) {
 int main(int argc, char** argv) {
   double seconds = 0.0;
   bool openMenu = false;
+  bool showcase = false;
   bool measuring = false;
   for (int i = 1; i < argc; ++i) {
     if (std::strcmp(argv[i], "--seconds") == 0 && i + 1 < argc) {
       seconds = std::atof(argv[++i]);
     } else if (std::strcmp(argv[i], "--open-menu") == 0) {
       openMenu = true;
+    } else if (std::strcmp(argv[i], "--showcase") == 0) {
+      showcase = true;
     } else if (std::strcmp(argv[i], "--measure") == 0) {
       measuring = true;
     } else {
-      std::fprintf(stderr, "usage: %s [--seconds N] [--open-menu] [--measure]\n", argv[0]);
+      std::fprintf(stderr, "usage: %s [--seconds N] [--open-menu] [--showcase] [--measure]\n",
+                   argv[0]);
       return 2;
     }
   }
@@ -119,10 +124,11 @@ int main(int argc, char** argv) {
   bool running = true;
   while (running && (seconds <= 0.0 || Clock::now() < end)) {
     editor->dispatchIdle();
-    if (openMenu && editor->getFrame()->hasPainted()) {
+    if ((openMenu || showcase) && editor->getFrame()->hasPainted()) {
       std::lock_guard<std::recursive_mutex> guard(editor->getFrame()->pumpLock());
-      editor->waveMenu()->takeFocus(nullptr);
-      openMenu = false;
+      if (showcase) editor->showOtherStates();
+      (showcase ? editor->filterMenu() : editor->waveMenu())->takeFocus(nullptr);
+      openMenu = showcase = false;
     }
     while (XPending(display) > 0) {
       XEvent event;

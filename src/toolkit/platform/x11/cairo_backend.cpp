@@ -1,5 +1,6 @@
 #include "toolkit/platform/x11/cairo_backend.h"
 
+#include <cmath>
 #include <string>
 
 #include "toolkit/platform/platform.h"
@@ -110,7 +111,7 @@ int CairoBackend::textWidth(const char* s, const FontSpec& font) {
   useFont(font);
   cairo_text_extents_t te;
   cairo_text_extents(cr, utf8.c_str(), &te);
-  return static_cast<int>(te.x_advance + 0.5);
+  return static_cast<int>(std::ceil(te.x_advance));
 }
 
 void CairoBackend::image(const PixelImage& img, const CRect& dest, CPoint source) {
