@@ -192,3 +192,45 @@ TEST(DrawContextTest, DrawingRulesAndBadInput) {
 }
 
 }  // namespace
+
+namespace {
+
+// Counts destructions, so that a test sees who frees a view and when.
+class Counted : public CView {
+ public:
+  Counted(int* deaths) : CView(CRect(0, 0, 10, 10)), deaths(deaths) {}
+  ~Counted() override { ++*deaths; }
+  int* deaths;
+};
+
+// The editor empties the frame without destroying the views and keeps
+// addressing them; the frame gives up only what it still holds.
+TEST(FrameModelTest, ViewsLeaveTheFrameAliveAndTheFrameFreesWhatItHolds) {
+  int deaths = 0;
+  auto* frame = new CFrame(CRect(0, 0, 100, 100), nullptr, nullptr);  // no window
+  EXPECT_FALSE(frame->isOpen());
+  auto* kept = new Counted(&deaths);
+  auto* dropped = new Counted(&deaths);
+  auto* held = new Counted(&deaths);
+  frame->addView(kept);
+  frame->addView(dropped);
+  EXPECT_EQ(frame->getNbViews(), 2);
+  EXPECT_TRUE(frame->removeView(dropped, true));
+  EXPECT_EQ(deaths, 1);
+  frame->setFocusView(kept);
+  frame->removeAll(false);
+  EXPECT_EQ(frame->getFocusView(), nullptr);
+  EXPECT_EQ(deaths, 1);
+  EXPECT_FALSE(frame->isChild(kept));
+  kept->setDirty(true);  // still a valid object
+  frame->addView(kept);
+  frame->addView(held);
+  held->remember();  // someone else holds it too
+  frame->forget();
+  EXPECT_EQ(deaths, 2);  // kept went with the frame; held lives on
+  EXPECT_EQ(held->getNbReference(), 1);
+  held->forget();
+  EXPECT_EQ(deaths, 3);
+}
+
+}  // namespace
