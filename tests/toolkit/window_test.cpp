@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <chrono>
 #include <cstdlib>
 #include <memory>
@@ -113,8 +114,14 @@ TEST_F(WindowTest, FallbackPumpRunsOnlyWhileTheHostDoesNotIdle) {
   EXPECT_TRUE(clicked());
 
   // A host that idles (from a thread other than the one that opened):
-  // the fallback stays still.
+  // the fallback stays still. Meanwhile another thread writes a control's
+  // value, as parameter changes from the host's automation do.
   std::this_thread::sleep_for(50ms);
+  auto* button = static_cast<CControl*>(frame->getView(0));
+  std::atomic<bool> writing{true};
+  std::thread automation([&] {
+    for (int i = 0; writing.load(); ++i) button->setValue(static_cast<float>(i & 1));
+  });
   std::thread hostThread([&] {
     for (int i = 0; i < 10; ++i) {
       effect.call(effEditIdle);
@@ -124,6 +131,8 @@ TEST_F(WindowTest, FallbackPumpRunsOnlyWhileTheHostDoesNotIdle) {
   std::this_thread::sleep_for(60ms);  // past any pump already under way
   const long fallbackBefore = frame->fallbackPumps();
   hostThread.join();
+  writing = false;
+  automation.join();
   EXPECT_EQ(frame->fallbackPumps(), fallbackBefore);
   EXPECT_GE(frame->hostPumps(), 10);
   effect.call(effEditClose);

@@ -139,7 +139,12 @@ std::unique_ptr<DrawBackend> X11Frame::createWindowBackend() {
 
 void X11Frame::pump() {
   if (window == 0) return;
-  while (window != 0 && !x11::connectionLost(display) && XPending(display) > 0) {
+  // A bounded number per pass, so that a flood of motion can't hold the
+  // host's thread; the rest waits for the next idle.
+  constexpr int kMaxEventsPerPump = 256;
+  for (int n = 0; n < kMaxEventsPerPump && window != 0 && !x11::connectionLost(display) &&
+                  XPending(display) > 0;
+       ++n) {
     XEvent event;
     XNextEvent(display, &event);
     if (popup != 0 && event.xany.window == popup) {
