@@ -34,7 +34,8 @@ class PlatformFrame {
   // False once the window or its display is gone.
   virtual bool isAlive() const = 0;
   virtual std::unique_ptr<DrawBackend> createWindowBackend() = 0;
-  // Handles every pending event, calling back into the frame.
+  // Handles the pending events (at most a few hundred), calling back into
+  // the frame.
   virtual void pump() = 0;
   virtual void resize(int width, int height) = 0;
   // Takes or gives back the keyboard focus (only while a text field edits).
