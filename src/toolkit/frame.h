@@ -4,7 +4,9 @@
 //
 // Threads: the host calls in on its user-interface thread; a fallback thread
 // of the frame pumps events and idles while the host hasn't idled for 100 ms.
-// Both go through runIdle under one lock, so they never run at once.
+// Both go through runIdle under one lock, so they never run at once. A frame
+// must not be destroyed from inside its own event handling (closeWindow
+// joins that thread).
 #pragma once
 
 #include <atomic>
