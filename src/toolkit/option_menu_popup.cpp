@@ -82,10 +82,12 @@ void OptionMenuPopup::popupMouseDown(CPoint where, long /*buttons*/) {
     menu->popupDone(-1);
     return;
   }
+  armed = true;
   select(itemAt(where));
 }
 
 void OptionMenuPopup::popupMouseMoved(CPoint where, long /*buttons*/) {
+  armed = true;
   select(itemAt(where));
 }
 
@@ -93,7 +95,7 @@ void OptionMenuPopup::popupMouseMoved(CPoint where, long /*buttons*/) {
 // item; a release elsewhere leaves the list open.
 void OptionMenuPopup::popupMouseUp(CPoint where, long /*buttons*/) {
   const long index = itemAt(where);
-  if (index >= 0 && !menu->isSeparator(index)) menu->popupDone(index);
+  if (armed && index >= 0 && !menu->isSeparator(index)) menu->popupDone(index);
 }
 
 void OptionMenuPopup::moveSelection(long step) {

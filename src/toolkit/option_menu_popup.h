@@ -37,6 +37,9 @@ class OptionMenuPopup : public PopupClient {
   std::vector<CRect> items;
   CPoint extent;
   long selected = -1;
+  // A release chooses only after the pointer moved or pressed in the list:
+  // a list placed under the pointer mustn't take the opening click's release.
+  bool armed = false;
   long perColumn = 0;
   int columns = 1;
 };

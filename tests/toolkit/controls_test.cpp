@@ -207,6 +207,32 @@ TEST_F(ControlsTest, OptionMenuListStaysOnScreenNearItsEdges) {
   EXPECT_TRUE(corner.popups().empty());
 }
 
+// 85 entries are too tall for the room above and below a menu in the
+// middle of the screen: the list covers the pointer, and the release of
+// the click that opened it must not choose.
+TEST_F(ControlsTest, OptionMenuListUnderThePointerWaitsForTheUser) {
+  HostWindow middle(100, 380, 120, 60);
+  COptionMenu* menu = nullptr;
+  editor = new TestEditor(&effect, 120, 60,
+                          [&](TestEditor& e) { menu = addMenu(e, CRect(20, 20, 77, 33), 85); });
+  ASSERT_EQ(effect.call(effEditOpen, 0, middle.handle()), 1);
+  frame = editor->getFrame();
+  settle(frame);
+  eventLog().clear();
+  middle.moveTo(100 + 40, 380 + 25);
+  middle.button(1, true);
+  ASSERT_TRUE(idleUntil(frame, [&] { return middle.popups().size() == 1; }));
+  middle.button(1, false);  // now that the list has the pointer
+  settle(frame);
+  const CRect list = middle.popups()[0];
+  EXPECT_TRUE(list.pointInside({140, 405}));
+  EXPECT_EQ(list.bottom, 768);
+  EXPECT_TRUE(menu->isPopupOpen());
+  EXPECT_TRUE(eventLog().empty());
+  middle.tap(XK_Escape);
+  EXPECT_TRUE(idleUntil(frame, [&] { return middle.popups().empty(); }));
+}
+
 TEST_F(ControlsTest, TextFieldEditsAndReportsOnce) {
   CTextEdit* field = nullptr;
   open([&](TestEditor& e) {
