@@ -226,7 +226,7 @@ void X11Frame::resize(int width, int height) {
   XFree(hints);
   XResizeWindow(display, window, static_cast<unsigned>(w), static_cast<unsigned>(h));
   if (surface != nullptr) cairo_xlib_surface_set_size(surface, w, h);
-  XFlush(display);
+  XSync(display, False);  // done before the host looks at our size
 }
 
 void X11Frame::setKeyboardFocus(bool take) {
