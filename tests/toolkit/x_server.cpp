@@ -5,6 +5,7 @@
 #include <X11/extensions/XTest.h>
 #include <fcntl.h>
 #include <signal.h>
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -33,6 +34,10 @@ XServer::XServer() {
   if (pipe(fds) != 0) return;
   const pid_t child = fork();
   if (child == 0) {
+    // The server ends with the test program, also one that a sanitizer
+    // or a crash ends without running destructors.
+    prctl(PR_SET_PDEATHSIG, SIGTERM);
+    if (getppid() == 1) _exit(1);
     close(fds[0]);
     const int null = open("/dev/null", O_RDWR);
     dup2(null, 1);
