@@ -21,7 +21,8 @@ function(sablevox_library name)
   target_link_libraries(${name} ${scope} ${ARG_DEPS} Threads::Threads)
 endfunction()
 
-# One GoogleTest executable per tests/<area> folder.
+# One GoogleTest executable per tests/<area> folder. SABLEVOX_TEST_ENVIRONMENT,
+# one NAME=value entry, is set for its tests.
 function(sablevox_test name dir)
   file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/tests/${dir}/*.cpp)
   if(NOT sources)
@@ -30,5 +31,10 @@ function(sablevox_test name dir)
   add_executable(${name} ${sources})
   target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR}/tests)
   target_link_libraries(${name} PRIVATE ${ARGN} GTest::gtest GTest::gtest_main)
-  gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 PROPERTIES LABELS ${dir})
+  if(SABLEVOX_TEST_ENVIRONMENT)
+    gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 PROPERTIES LABELS ${dir}
+      ENVIRONMENT "${SABLEVOX_TEST_ENVIRONMENT}")
+  else()
+    gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 PROPERTIES LABELS ${dir})
+  endif()
 endfunction()

@@ -25,6 +25,7 @@ AudioEffect::AudioEffect(audioMasterCallback master, VstInt32 programs, VstInt32
 }
 
 AudioEffect::~AudioEffect() {
+  if (editor != nullptr) editor->detach();
   delete editor;
 }
 
@@ -123,12 +124,12 @@ VstIntPtr AudioEffect::dispatcher(VstInt32 opcode, VstInt32 index, VstIntPtr val
     case effEditGetRect:
       return editor != nullptr && ptr != nullptr && editor->getRect(static_cast<ERect**>(ptr));
     case effEditOpen:
-      return editor != nullptr && editor->open(ptr);
+      return editor != nullptr && editor->dispatchOpen(ptr);
     case effEditClose:
-      if (editor != nullptr) editor->close();
+      if (editor != nullptr) editor->dispatchClose();
       return 0;
     case effEditIdle:
-      if (editor != nullptr) editor->idle();
+      if (editor != nullptr) editor->dispatchIdle();
       return 0;
     case effIdentify:
       return kVstIdentify;

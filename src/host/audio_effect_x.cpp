@@ -51,7 +51,7 @@ VstIntPtr AudioEffectX::dispatcher(VstInt32 opcode, VstInt32 index, VstIntPtr va
     case effEditKeyUp:
       if (editor != nullptr) {
         VstKeyCode key{index, static_cast<unsigned char>(value), static_cast<unsigned char>(opt)};
-        return opcode == effEditKeyDown ? editor->onKeyDown(key) : editor->onKeyUp(key);
+        return editor->dispatchKey(key, opcode == effEditKeyDown);
       }
       return 0;
     case effSetEditKnobMode:

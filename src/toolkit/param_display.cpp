@@ -1,0 +1,92 @@
+#include "toolkit/param_display.h"
+
+#include <cstdio>
+
+#include "toolkit/bitmap.h"
+#include "toolkit/draw_context.h"
+
+namespace VSTGUI {
+
+CParamDisplay::CParamDisplay(const CRect& rect, CBitmap* bitmap, long s)
+    : CControl(rect, nullptr, 0, bitmap), style(s) {}
+
+void CParamDisplay::setFont(int fontId) {
+  if (fontId == fontID) return;
+  fontID = fontId;
+  setDirty();
+}
+
+void CParamDisplay::setFontColor(CColor c) {
+  if (c == fontColor) return;
+  fontColor = c;
+  setDirty();
+}
+
+void CParamDisplay::setBackColor(CColor c) {
+  if (c == backColor) return;
+  backColor = c;
+  setDirty();
+}
+
+void CParamDisplay::setFrameColor(CColor c) {
+  if (c == frameColor) return;
+  frameColor = c;
+  setDirty();
+}
+
+void CParamDisplay::setShadowColor(CColor c) {
+  if (c == shadowColor) return;
+  shadowColor = c;
+  setDirty();
+}
+
+void CParamDisplay::setHoriAlign(int align) {
+  if (align == horiTxtAlign) return;
+  horiTxtAlign = align;
+  setDirty();
+}
+
+void CParamDisplay::setStyle(long s) {
+  style = s;
+  setDirty();
+}
+
+void CParamDisplay::setTxtFace(int face) {
+  txtFace = face;
+  setDirty();
+}
+
+void CParamDisplay::draw(CDrawContext* context) {
+  char text[32];
+  std::snprintf(text, sizeof text, "%.2f", static_cast<double>(getValue()));
+  drawText(context, text);
+  setDirty(false);
+}
+
+void CParamDisplay::drawText(CDrawContext* context, const char* text) {
+  if (context == nullptr || (style & kNoDrawStyle) != 0) return;
+  if (background != nullptr) {
+    if (transparency) {
+      background->drawTransparent(context, size, backOffset);
+    } else {
+      background->draw(context, size, backOffset);
+    }
+  } else if (!transparency) {
+    context->setFillColor(backColor);
+    context->fillPixels(size, backColor);
+    context->setFrameColor(frameColor);
+    context->drawRect({size.left, size.top, size.right - 1, size.bottom - 1});
+  }
+  if ((style & kNoTextStyle) != 0 || text == nullptr) return;
+  context->setFont(fontID, 0, txtFace);
+  if ((style & kShadowText) != 0) {
+    CRect shadow = size;
+    shadow.offset(1, 1);
+    context->setFontColor(shadowColor);
+    context->drawString(text, shadow, false, horiTxtAlign);
+  }
+  context->setFontColor(fontColor);
+  context->drawString(text, size, false, horiTxtAlign);
+}
+
+}  // namespace VSTGUI
