@@ -62,6 +62,7 @@ class ADelay : public AudioEffectX {
   void getParameterDisplay(VstInt32 index, char* text) override;
   void getParameterName(VstInt32 index, char* text) override;
   void setSampleRate(float sampleRate) override;
+  void open() override;
   void suspend() override;
   void resume() override;
   VstInt32 processEvents(VstEvents* events) override;
@@ -194,12 +195,18 @@ class ADelay : public AudioEffectX {
   Shared<bool> resetRequested{false};
   // Keys of the editor's keyboard on their way to the audio thread.
   UiNoteQueue uiNotes;
+  // Links of the registry of instances a host holds (live_instances.h).
+  ADelay* nextLive = nullptr;
+  ADelay* previousLive = nullptr;
 
  private:
   void makeProgramCurrent(int program);
   void renderBlock(float** outputs, int count);
   void runEffects(float* left, float* right, int count);
   void workerLoop();
+  // Builds the first tables on the calling thread and starts the worker.
+  void startPlaying();
+  void buildDueTablesIfOffline();
   void startWorker();
   void stopWorker();
 };

@@ -76,6 +76,7 @@ void ADelay::renderBlock(float** outputs, int count) {
     oscGain[1] = 0.0f;
     refreshCountdown = 0;
   }
+  buildDueTablesIfOffline();
   arpActive = steppedIndex(params[kArpType], 23) > 0;
 
   float* left = outputs[0];
@@ -118,6 +119,17 @@ void ADelay::renderBlock(float** outputs, int count) {
   averagePass(right, count, outputHistoryRight);
 
   runEffects(left, right, count);
+}
+
+// The host is asked only when a build has come due, at most once a block. In
+// real time the worker builds and this thread never waits; offline (an
+// export, faster than real time, where the worker may starve) the build is
+// done here, so that a change lands at the same sample in every export.
+void ADelay::buildDueTablesIfOffline() {
+  if (!waves.buildDue(params, rebuildWaves)) return;
+  const bool offline = callHost(audioMasterGetCurrentProcessLevel) == kVstProcessLevelOffline;
+  waves.setWorkerStandsDown(offline);
+  if (offline) waves.buildNow(params, rebuildWaves);
 }
 
 void ADelay::runEffects(float* left, float* right, int count) {

@@ -62,8 +62,11 @@ struct TestHost {
   }
 };
 
+// Created and opened, as a host does: the tables of program 0 are built and
+// the worker runs.
 inline std::unique_ptr<ADelayEdit> makeEngine(float sampleRate = 44100.0f) {
   auto engine = std::make_unique<ADelayEdit>(&TestHost::callback);
+  engine->open();
   engine->setSampleRate(sampleRate);
   return engine;
 }

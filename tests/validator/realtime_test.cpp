@@ -198,8 +198,8 @@ TEST_F(RealTimeSafety, TheAudioThreadNeitherAllocatesNorLocksNorCallsTheSystem) 
   EXPECT_EQ(counts.total(), 0) << describe(counts);
   EXPECT_GE(handOvers, 6) << "too few table hand-overs to prove anything";
   std::printf("[ measured ] %d blocks, %d table hand-overs, no call counted\n", b, handOvers);
-  // The hooks do see the plug-in: a second instance made and closed under
-  // counting allocates, and its close joins the worker.
+  // The hooks do see the plug-in: a second instance made, opened and closed
+  // under counting allocates, and its close joins the worker.
   void* library = dlopen(SABLEVOX_PLUGIN_PATH, RTLD_NOW | RTLD_LOCAL);
   ASSERT_NE(library, nullptr);
   auto entry = reinterpret_cast<AEffect* (*)(audioMasterCallback)>(dlsym(library, "VSTPluginMain"));
@@ -208,6 +208,7 @@ TEST_F(RealTimeSafety, TheAudioThreadNeitherAllocatesNorLocksNorCallsTheSystem) 
     Armed armed;
     AEffect* second = entry(quietHost);
     ASSERT_NE(second, nullptr);
+    second->dispatcher(second, effOpen, 0, 0, nullptr, 0.0f);
     second->dispatcher(second, effClose, 0, 0, nullptr, 0.0f);
   }
   dlclose(library);
