@@ -150,6 +150,12 @@ class ADelay : public AudioEffectX {
   int refreshCountdown = 0;
   int tickLength = 0;
   float samplesToTick = 0.0f;
+  // How far the audio rendered has run ahead of the wall clock, in seconds,
+  // and the steady clock at the last block (audio thread): the sign of an
+  // export for hosts that don't tell their process level.
+  double renderLead = 0.0;
+  int64_t lastBlockNanos = 0;
+  double lastBlockSeconds = 0.0;
 
   // Arpeggiator.
   bool arpActive = false;
@@ -206,6 +212,8 @@ class ADelay : public AudioEffectX {
   void workerLoop();
   // Builds the first tables on the calling thread and starts the worker.
   void startPlaying();
+  void trackRenderLead(int count);
+  bool hostRendersOffline();
   void buildDueTablesIfOffline();
   void startWorker();
   void stopWorker();

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <chrono>
 #include <thread>
 #include <vector>
 
@@ -49,10 +50,11 @@ class BusyCores {
 
 // Notes from the first sample, a program change by MIDI with new notes after
 // one second, and waves and modifiers moved by the host after two: every
-// table the render plays is built after the first block.
-StereoRender exportOffline() {
+// table the render plays is built after the first block. The host answers
+// `level` to the process-level question and renders flat out.
+StereoRender exportOffline(VstInt32 level) {
   Instance instance;
-  instance.host->setProcessLevel(kVstProcessLevelOffline);
+  instance.host->setProcessLevel(level);
   // Where the hooks are in place the worker is also frozen in its sleep, so
   // that every table must come from the rendering thread. It thaws before
   // the instance closes, which joins it.
@@ -92,18 +94,54 @@ StereoRender exportOffline() {
   return out;
 }
 
+// A host that says it renders offline, and one that can't tell (as Ardour 7
+// during its exports) but renders far faster than real time: the same file.
 TEST(ValidatorHostKinds, OfflineExportsAreIdenticalWithTheWorkerStarved) {
   BusyCores busy;
-  const StereoRender first = exportOffline();
+  const StereoRender first = exportOffline(kVstProcessLevelOffline);
   ASSERT_TRUE(allFinite(first.left) && allFinite(first.right));
   // Sound from the first block: the tables existed before it.
   EXPECT_GT(peak(std::span(first.left).first(kBlock)), 0.01f);
   EXPECT_GT(peak(std::span(first.left).subspan(2 * kSecond + kBlock, kSecond / 2)), 0.01f);
-  for (int run = 1; run < (kSanitized ? 2 : 4); ++run) {
-    const StereoRender again = exportOffline();
-    ASSERT_EQ(again.left, first.left) << "export " << run;
-    ASSERT_EQ(again.right, first.right) << "export " << run;
+  // A sanitizer build renders too slowly to count as running ahead.
+  const VstInt32 levels[] = {kVstProcessLevelOffline, kVstProcessLevelUnknown};
+  for (int run = 1; run < (kSanitized ? 2 : 5); ++run) {
+    const VstInt32 level = levels[kSanitized ? 0 : run % 2];
+    const StereoRender again = exportOffline(level);
+    ASSERT_EQ(again.left, first.left) << "export " << run << ", level " << level;
+    ASSERT_EQ(again.right, first.right) << "export " << run << ", level " << level;
   }
+}
+
+// A host that can't tell its process level but plays in real time: the
+// audio thread leaves every build to the (here frozen) worker.
+TEST(ValidatorHostKinds, ARealTimeStreamOfAnUnknownHostBuildsNothingOnTheAudioThread) {
+  if (!realtime::hooksInstalled()) GTEST_SKIP() << "the worker can't be frozen in this build";
+  Instance instance;
+  realtime::exemptFromHolding();
+  realtime::hold();
+  struct Thaw {
+    ~Thaw() { realtime::release(); }
+  } thaw;
+  ASSERT_TRUE(instance.start(kRate, kBlock));
+  std::vector<float> left, right;
+  for (int i = 0; i < 2000 && realtime::holdingCount() == 0; ++i) {
+    ASSERT_TRUE(instance.block(left, right, 64));
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  }
+  ASSERT_GE(realtime::holdingCount(), 1) << "the worker never slept";
+  instance.chord({48, 60}, true);
+  instance.plugin->setParameter(kOsc1Wave, choiceValue(40));
+  const auto blockTime = std::chrono::microseconds(kBlock * 1000000LL / 44100);
+  auto next = std::chrono::steady_clock::now();
+  for (int b = 0; b < 100; ++b) {  // 1.2 s
+    ASSERT_TRUE(instance.block(left, right, kBlock));
+    next += blockTime;
+    std::this_thread::sleep_until(next);
+  }
+  EXPECT_EQ(instance.plugin->dispatch(effVendorSpecific, kSablevoxVendorIndex, kVendorWavesReady),
+            0);
+  EXPECT_GT(instance.host->count(audioMasterGetCurrentProcessLevel), 0);
 }
 
 VstIntPtr plainHost(AEffect*, VstInt32 opcode, VstInt32, VstIntPtr, void*, float) {
