@@ -17,9 +17,12 @@ namespace {
 
 constexpr float kAverageOffset = 1e-05f;  // keeps silence away from denormals
 // Audio this far ahead of the wall clock is no real-time stream: a host's
-// double buffering stays well below it, an export passes it within its first
-// second (Ardour runs a second of pre-roll before the exported range).
-constexpr double kOfflineLeadSeconds = 0.5;
+// buffering stays below it (a device period of 8192 frames cut into small
+// blocks runs at most 0.19 s ahead), an export at 1.4 times real time passes
+// it within a second (Ardour runs a second of pre-roll before the exported
+// range). An export at about real-time speed can't be told from a live
+// stream this way.
+constexpr double kOfflineLeadSeconds = 0.25;
 
 // Two-point moving average in place: a gentle low-pass with a zero at half
 // the sample rate. Silence in gives 0.00001 out.
