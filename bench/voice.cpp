@@ -35,6 +35,7 @@ std::unique_ptr<ADelayEdit> makeEngine(int notes) {
   (void)isolated;
   {
     auto e = std::make_unique<ADelayEdit>(hostCallback);
+    e->open();
     e->setSampleRate(44100.0f);
     const struct {
       int index;

@@ -45,6 +45,7 @@ Engine& engine() {
     setenv("XDG_CONFIG_HOME", "/tmp/sablevox-fuzz-settings", 1);
     auto* made = new Engine;
     made->effect = std::make_unique<sablevox::ADelayEdit>(fuzzHost);
+    made->effect->open();
     for (int i = 0; i < sablevox::kNumParams; ++i)
       made->program0[i] = made->effect->getParameter(i);
     return made;

@@ -15,6 +15,7 @@
 #include "effects/equaliser.h"
 #include "effects/reverb.h"
 #include "effects/stereo.h"
+#include "host/live_instances.h"
 #include "voice/oscillator_render.h"
 #include "voice/output_stage.h"
 
@@ -73,11 +74,13 @@ ADelay::ADelay(audioMasterCallback audioMaster)
     setUniqueID(kUniqueId);
   }
 
-  startWorker();
+  // The worker starts at open or at the first resume: a host that only
+  // scans the plug-in costs no thread.
   ADelay::suspend();
 }
 
 ADelay::~ADelay() {
+  removeLiveInstance(this);
   stopWorker();
   if (config != nullptr) config->saveAll();
   delete[] programs;
@@ -95,9 +98,22 @@ void ADelay::makeProgramCurrent(int program) {
   resetRequested = true;
 }
 
+// Before the host's first block, so that an instance never plays before its
+// tables exist; an offline host's export then starts the same every time.
+void ADelay::startPlaying() {
+  waves.buildNow(params, rebuildWaves);
+  startWorker();
+}
+
 void ADelay::startWorker() {
+  if (workerThread.joinable()) return;
   workerStop = false;
-  workerThread = std::thread([this] { workerLoop(); });
+  try {
+    workerThread = std::thread([this] { workerLoop(); });
+  } catch (...) {
+    // No thread to be had: tables then change only while a host renders
+    // offline, but nothing escapes into the host.
+  }
 }
 
 void ADelay::stopWorker() {
@@ -153,7 +169,13 @@ void ADelay::suspend() {
   oscGain[1] = 0.0f;
 }
 
+void ADelay::open() {
+  startPlaying();
+}
+
 void ADelay::resume() {
+  // A host that never sent effOpen.
+  if (!workerThread.joinable()) startPlaying();
   effectsAsleep = false;
   wantEvents(1);
   needIdle();

@@ -63,6 +63,7 @@ class ADelay : public AudioEffectX {
   void getParameterDisplay(VstInt32 index, char* text) override;
   void getParameterName(VstInt32 index, char* text) override;
   void setSampleRate(float sampleRate) override;
+  void open() override;
   void suspend() override;
   void resume() override;
   VstInt32 processEvents(VstEvents* events) override;
@@ -152,6 +153,12 @@ class ADelay : public AudioEffectX {
   int refreshCountdown = 0;
   int tickLength = 0;
   float samplesToTick = 0.0f;
+  // How far the audio rendered has run ahead of the wall clock, in seconds,
+  // and the steady clock at the last block (audio thread): the sign of an
+  // export for hosts that don't tell their process level.
+  double renderLead = 0.0;
+  int64_t lastBlockNanos = 0;
+  double lastBlockSeconds = 0.0;
 
   // Arpeggiator.
   bool arpActive = false;
@@ -197,12 +204,20 @@ class ADelay : public AudioEffectX {
   Shared<bool> resetRequested{false};
   // Keys of the editor's keyboard on their way to the audio thread.
   UiNoteQueue uiNotes;
+  // Links of the registry of instances a host holds (live_instances.h).
+  ADelay* nextLive = nullptr;
+  ADelay* previousLive = nullptr;
 
  private:
   void makeProgramCurrent(int program);
   void renderBlock(float** outputs, int count);
   void runEffects(float* left, float* right, int count);
   void workerLoop();
+  // Builds the first tables on the calling thread and starts the worker.
+  void startPlaying();
+  void trackRenderLead(int count);
+  bool hostRendersOffline();
+  void buildDueTablesIfOffline();
   void startWorker();
   void stopWorker();
 };

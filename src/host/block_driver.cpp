@@ -2,6 +2,7 @@
 // engine when asked, cuts each block at the 2.5 ms control ticks, renders the
 // voices between ticks, smooths the mix and runs the effects and equaliser.
 #include <algorithm>
+#include <chrono>
 #include <cstring>
 
 #include "effects/chorus.h"
@@ -15,6 +16,13 @@ namespace sablevox {
 namespace {
 
 constexpr float kAverageOffset = 1e-05f;  // keeps silence away from denormals
+// Audio this far ahead of the wall clock is no real-time stream: a host's
+// buffering stays below it (a device period of 8192 frames cut into small
+// blocks runs at most 0.19 s ahead), an export at 1.4 times real time passes
+// it within a second (Ardour runs a second of pre-roll before the exported
+// range). An export at about real-time speed can't be told from a live
+// stream this way.
+constexpr double kOfflineLeadSeconds = 0.25;
 
 // Two-point moving average in place: a gentle low-pass with a zero at half
 // the sample rate. Silence in gives 0.00001 out.
@@ -64,6 +72,7 @@ void ADelay::process(float** /*inputs*/, float** outputs, VstInt32 sampleFrames)
 }
 
 void ADelay::renderBlock(float** outputs, int count) {
+  trackRenderLead(count);
   waves.beginBlock();
   if (resetRequested) {
     resetEngine();
@@ -76,6 +85,7 @@ void ADelay::renderBlock(float** outputs, int count) {
     oscGain[1] = 0.0f;
     refreshCountdown = 0;
   }
+  buildDueTablesIfOffline();
   arpActive = steppedIndex(params[kArpType], 23) > 0;
 
   float* left = outputs[0];
@@ -118,6 +128,42 @@ void ADelay::renderBlock(float** outputs, int count) {
   averagePass(right, count, outputHistoryRight);
 
   runEffects(left, right, count);
+}
+
+// The lead grows by each block's length and shrinks by the wall time between
+// block heads, never below zero: a stream paced by the clock keeps it near
+// zero at a block's head. One read of the steady clock (no system call) a
+// block.
+void ADelay::trackRenderLead(int count) {
+  const int64_t now = std::chrono::duration_cast<std::chrono::nanoseconds>(
+                          std::chrono::steady_clock::now().time_since_epoch())
+                          .count();
+  if (lastBlockNanos != 0) {
+    renderLead += lastBlockSeconds - static_cast<double>(now - lastBlockNanos) * 1e-9;
+    if (renderLead < 0.0) renderLead = 0.0;
+  }
+  lastBlockNanos = now;
+  lastBlockSeconds = static_cast<double>(count) / getSampleRate();
+}
+
+// Offline when the host says so; a host that can't tell (Ardour 7 answers 0
+// even while it exports) counts as offline while the audio runs well ahead
+// of the clock. A host that says real time is taken at its word.
+bool ADelay::hostRendersOffline() {
+  const VstIntPtr level = callHost(audioMasterGetCurrentProcessLevel);
+  if (level == kVstProcessLevelOffline) return true;
+  return level == kVstProcessLevelUnknown && renderLead > kOfflineLeadSeconds;
+}
+
+// The host is asked only when a build has come due, at most once a block. In
+// real time the worker builds and this thread never waits; offline (an
+// export, faster than real time, where the worker may starve) the build is
+// done here, so that a change lands at the same sample in every export.
+void ADelay::buildDueTablesIfOffline() {
+  if (!waves.buildDue(params, rebuildWaves)) return;
+  const bool offline = hostRendersOffline();
+  waves.setWorkerStandsDown(offline);
+  if (offline) waves.buildNow(params, rebuildWaves);
 }
 
 void ADelay::runEffects(float* left, float* right, int count) {

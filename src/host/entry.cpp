@@ -2,6 +2,7 @@
 #include <new>
 
 #include "host/adelay.h"
+#include "host/live_instances.h"
 
 using sablevox::ADelayEdit;
 
@@ -14,6 +15,7 @@ __attribute__((visibility("default"))) AEffect* VSTPluginMain(audioMasterCallbac
   // Nothing may escape into the host: any failure is a null.
   try {
     ADelayEdit* effect = new ADelayEdit(audioMaster);
+    sablevox::addLiveInstance(effect);
     return effect->getAeffect();
   } catch (...) {
     return nullptr;

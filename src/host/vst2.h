@@ -208,6 +208,15 @@ enum AudioMasterOpcodes : VstInt32 {
   audioMasterGetInputSpeakerArrangement = 49,
 };
 
+// Answers to audioMasterGetCurrentProcessLevel.
+enum VstProcessLevels : VstInt32 {
+  kVstProcessLevelUnknown = 0,
+  kVstProcessLevelUser = 1,
+  kVstProcessLevelRealtime = 2,
+  kVstProcessLevelPrefetch = 3,
+  kVstProcessLevelOffline = 4,
+};
+
 enum VstStringLimits : VstInt32 {
   kVstMaxProgNameLen = 24,
   kVstMaxParamStrLen = 8,

@@ -37,6 +37,8 @@ constexpr float kTableScale = 0.01f;
 // The acknowledgement normally comes within one audio block.
 constexpr auto kAcknowledgeStep = std::chrono::milliseconds(1);
 constexpr int kAcknowledgeSteps = 50;
+// A build takes a few milliseconds.
+constexpr auto kClaimStep = std::chrono::microseconds(200);
 
 // The 85 slots are read-only and the same for every instance, so a process
 // sets them up once; their amplitudes are embedded data the slots point into.
@@ -102,20 +104,31 @@ bool WaveStore::rebuild(int osc, int wave, int mod, const Shared<bool>& workerSt
   Exchange& exchange = exchange_[osc];
   const uint32_t published = exchange.published.load(std::memory_order_relaxed);
   if (!waitForAcknowledgement(exchange, published, workerStop)) return false;
-  const int spare = 1 - bufferOf(published);
-  int16_t* table = exchange.buffers[spare].get();
-  if (wave < kFirstTableWave) {
-    std::fill_n(table, kTableValues, int16_t{0});
-  } else {
-    const uint16_t* frames = slots_[wave].frames;
-    float* spectrum = spectrum_.get();
-    for (int e = 0; e < kWaveValues; ++e) spectrum[e] = static_cast<float>(frames[e]);
-    applyWaveModifier(spectrum, mod, kWaveFrames);
-    buildWaveTable(table, spectrum, kWaveFrames, kTableScale, scratch_.get());
+  if (!tryClaim()) return false;
+  // Offline, or the audio thread built (and took up) a table meanwhile: the
+  // spare buffer is the audio thread's business now.
+  if (workerStandsDown_ || exchange.published.load(std::memory_order_relaxed) != published) {
+    releaseClaim();
+    return false;
   }
+  const int spare = 1 - bufferOf(published);
+  buildInto(exchange.buffers[spare].get(), wave, mod);
   // Release: the table's samples are visible to whoever acquires this word.
   exchange.published.store(packWord(spare, wave, mod), std::memory_order_release);
+  releaseClaim();
   return true;
+}
+
+void WaveStore::buildInto(int16_t* table, int wave, int mod) {
+  if (wave < kFirstTableWave) {
+    std::fill_n(table, kTableValues, int16_t{0});
+    return;
+  }
+  const uint16_t* frames = slots_[wave].frames;
+  float* spectrum = spectrum_.get();
+  for (int e = 0; e < kWaveValues; ++e) spectrum[e] = static_cast<float>(frames[e]);
+  applyWaveModifier(spectrum, mod, kWaveFrames);
+  buildWaveTable(table, spectrum, kWaveFrames, kTableScale, scratch_.get());
 }
 
 // The spare buffer may be written once the audio thread has acknowledged the
@@ -140,6 +153,54 @@ void WaveStore::beginBlock() {
     // Release: this block and all before it are done with the other buffer.
     exchange.acknowledged.store(word, std::memory_order_release);
   }
+}
+
+namespace {
+
+struct Wanted {
+  int waves[2];
+  int mods[2];
+};
+
+Wanted wantedTables(const Shared<float>* params) {
+  return {
+      {steppedIndex(params[kOsc1Wave], kWaveCount), steppedIndex(params[kOsc2Wave], kWaveCount)},
+      {steppedIndex(params[kOsc1Mod], kModifierSteps),
+       steppedIndex(params[kOsc2Mod], kModifierSteps)}};
+}
+
+}  // namespace
+
+bool WaveStore::buildDue(const Shared<float>* params, bool rebuildWaves) const {
+  if (rebuildWaves) return true;
+  const Wanted wanted = wantedTables(params);
+  for (int osc = 0; osc < 2; ++osc) {
+    if (playingWave(osc) != wanted.waves[osc] || playingMod(osc) != wanted.mods[osc]) return true;
+  }
+  return false;
+}
+
+void WaveStore::buildNow(const Shared<float>* params, Shared<bool>& rebuildWaves) {
+  // The worker holds the claim only while it builds (never while it waits
+  // for the audio thread), so this wait ends with that one build.
+  while (!tryClaim()) std::this_thread::sleep_for(kClaimStep);
+  const Wanted wanted = wantedTables(params);
+  beginBlock();
+  for (int osc = 0; osc < 2; ++osc) {
+    if (playingWave(osc) == wanted.waves[osc] && playingMod(osc) == wanted.mods[osc]) continue;
+    // No block runs meanwhile, and the worker writes nothing without the
+    // claim: the buffer not played is free.
+    Exchange& exchange = exchange_[osc];
+    const int spare = 1 - bufferOf(playingWord_[osc]);
+    buildInto(exchange.buffers[spare].get(), wanted.waves[osc], wanted.mods[osc]);
+    const uint32_t word = packWord(spare, wanted.waves[osc], wanted.mods[osc]);
+    exchange.published.store(word, std::memory_order_release);
+    playingWord_[osc] = word;
+    playingTable_[osc] = exchange.buffers[spare].get();
+    exchange.acknowledged.store(word, std::memory_order_release);
+  }
+  rebuildWaves = false;
+  releaseClaim();
 }
 
 int WaveStore::playingWave(int osc) const {

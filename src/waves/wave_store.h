@@ -2,9 +2,10 @@
 // oscillators the playable table built from its wave and modifier parameters.
 //
 // Threads. init() runs in the engine's constructor, before the worker starts.
-// workerPass() runs on the worker thread only; beginBlock(), table() and
-// playingWave()/playingMod() on the audio thread only. currentWave(),
-// currentMod(), slot() and copyWaveName() may be called from any thread.
+// workerPass() runs on the worker thread only; beginBlock(), buildDue(),
+// table() and playingWave()/playingMod() on the audio thread only; buildNow()
+// on the audio thread or while no block runs. currentWave(), currentMod(),
+// slot() and copyWaveName() may be called from any thread.
 //
 // Hand-over. Each oscillator has two table buffers. The worker builds into the
 // one the audio thread is not playing and publishes it with one atomic store
@@ -13,6 +14,14 @@
 // acknowledges it; the worker writes a buffer again only after the
 // acknowledgement shows the audio thread has moved off it. The audio thread
 // never waits, and never reads a buffer that is being written.
+//
+// Builds on the calling thread. A host that renders offline runs faster than
+// real time and would starve the worker; there the audio thread builds what
+// has come due itself, at the head of the block, so that a change lands at
+// the same sample in every export. One build at a time uses the work buffers:
+// the builder claims them with one atomic word, and while the host is offline
+// the worker stands down, so that the audio thread waits at most once, for a
+// build the worker had already begun.
 #pragma once
 
 #include <atomic>
@@ -43,14 +52,30 @@ class WaveStore {
   // rebuildWaves is set (the first rebuild of a pass clears it). Never
   // sleeps, except while waiting up to about 50 ms for the audio thread to
   // leave the buffer it needs; without that acknowledgement (no blocks are
-  // running) it leaves the oscillator for a later pass. Returns early when
-  // workerStop is set. Worker thread only.
+  // running) it leaves the oscillator for a later pass, as it does while it
+  // stands down or another thread builds. Returns early when workerStop is
+  // set. Worker thread only.
   void workerPass(const Shared<float>* params, Shared<bool>& rebuildWaves,
                   const Shared<bool>& workerStop);
 
   // Takes up newly published tables. Audio thread, once at the head of each
   // block, before any table() call. Wait-free, no allocation.
   void beginBlock();
+
+  // Whether the tables played differ from what the parameters ask for, or
+  // rebuildWaves asks for a build. Audio thread, after beginBlock().
+  bool buildDue(const Shared<float>* params, bool rebuildWaves) const;
+
+  // Builds every table that differs from what the parameters ask for on the
+  // calling thread, plays the result from now on and clears rebuildWaves (a
+  // forced build of the wave and modifier already played would give the same
+  // samples). Never while another thread runs a block: at open, at the first
+  // resume, or on the audio thread at the head of a block. Allocates nothing;
+  // waits only while the worker finishes a build it had begun.
+  void buildNow(const Shared<float>* params, Shared<bool>& rebuildWaves);
+
+  // true while the host renders offline: the worker builds nothing then.
+  void setWorkerStandsDown(bool standDown) { workerStandsDown_.store(standDown); }
 
   // The table oscillator osc (0, 1) plays in this block: kWaveFrames blocks
   // of kFrameBlock samples. Audio thread.
@@ -83,13 +108,19 @@ class WaveStore {
   bool rebuild(int osc, int wave, int mod, const Shared<bool>& workerStop);
   bool waitForAcknowledgement(const Exchange& exchange, uint32_t published,
                               const Shared<bool>& workerStop) const;
+  // The work buffers and the spare tables, one builder at a time.
+  bool tryClaim() { return !building_.test_and_set(std::memory_order_acquire); }
+  void releaseClaim() { building_.clear(std::memory_order_release); }
+  void buildInto(int16_t* table, int wave, int mod);
 
   const WaveSlot* slots_ = nullptr;  // shared by every instance of the process
   Exchange exchange_[2];
   const int16_t* playingTable_[2] = {nullptr, nullptr};  // audio thread
   uint32_t playingWord_[2] = {0, 0};                     // audio thread
-  std::unique_ptr<float[]> spectrum_;                    // worker: kWaveValues
-  std::unique_ptr<float[]> scratch_;                     // worker: kTableValues
+  std::unique_ptr<float[]> spectrum_;                    // builder: kWaveValues
+  std::unique_ptr<float[]> scratch_;                     // builder: kTableValues
+  std::atomic_flag building_ = ATOMIC_FLAG_INIT;         // held by whoever builds
+  Shared<bool> workerStandsDown_{false};
 };
 
 }  // namespace sablevox

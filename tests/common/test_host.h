@@ -38,6 +38,8 @@ std::unique_ptr<Engine> makeEngine(float sampleRate = 44100.0f) {
     engine = std::make_unique<Engine>(&host::Host::callback);
   }
   host::registerEffect(engine->getAeffect(), &testHost());
+  // Opened, as a host does: the tables of program 0 are built and the worker runs.
+  engine->open();
   engine->setSampleRate(sampleRate);
   return engine;
 }

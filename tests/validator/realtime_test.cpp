@@ -26,10 +26,16 @@ namespace sablevox::testing {
 namespace {
 
 VstTimeInfo timeInfo{};  // written between blocks, read by the plug-in inside them
+std::atomic<int> processLevelAsks{0};
 
+// A real-time host: it says so when asked.
 VstIntPtr quietHost(AEffect*, VstInt32 opcode, VstInt32, VstIntPtr, void*, float) {
   if (opcode == audioMasterVersion) return 2400;
   if (opcode == audioMasterGetTime) return reinterpret_cast<VstIntPtr>(&timeInfo);
+  if (opcode == audioMasterGetCurrentProcessLevel) {
+    processLevelAsks.fetch_add(1, std::memory_order_relaxed);
+    return kVstProcessLevelRealtime;
+  }
   return 0;
 }
 
@@ -198,8 +204,8 @@ TEST_F(RealTimeSafety, TheAudioThreadNeitherAllocatesNorLocksNorCallsTheSystem) 
   EXPECT_EQ(counts.total(), 0) << describe(counts);
   EXPECT_GE(handOvers, 6) << "too few table hand-overs to prove anything";
   std::printf("[ measured ] %d blocks, %d table hand-overs, no call counted\n", b, handOvers);
-  // The hooks do see the plug-in: a second instance made and closed under
-  // counting allocates, and its close joins the worker.
+  // The hooks do see the plug-in: a second instance made, opened and closed
+  // under counting allocates, and its close joins the worker.
   void* library = dlopen(SABLEVOX_PLUGIN_PATH, RTLD_NOW | RTLD_LOCAL);
   ASSERT_NE(library, nullptr);
   auto entry = reinterpret_cast<AEffect* (*)(audioMasterCallback)>(dlsym(library, "VSTPluginMain"));
@@ -208,6 +214,7 @@ TEST_F(RealTimeSafety, TheAudioThreadNeitherAllocatesNorLocksNorCallsTheSystem) 
     Armed armed;
     AEffect* second = entry(quietHost);
     ASSERT_NE(second, nullptr);
+    second->dispatcher(second, effOpen, 0, 0, nullptr, 0.0f);
     second->dispatcher(second, effClose, 0, 0, nullptr, 0.0f);
   }
   dlclose(library);
@@ -216,8 +223,9 @@ TEST_F(RealTimeSafety, TheAudioThreadNeitherAllocatesNorLocksNorCallsTheSystem) 
 }
 
 // The worker is frozen in its sleep (its pass or its wait for the audio
-// thread); the audio thread keeps rendering with new waves asked for, calls
-// nothing that could wait, and the new tables arrive once the worker thaws.
+// thread); the audio thread keeps rendering with new waves asked for, asks
+// the real-time host its process level, builds nothing itself, calls nothing
+// that could wait, and the new tables arrive once the worker thaws.
 TEST_F(RealTimeSafety, TheAudioThreadNeverWaitsForAFrozenWorker) {
   realtime::exemptFromHolding();
   struct Thaw {
@@ -231,6 +239,7 @@ TEST_F(RealTimeSafety, TheAudioThreadNeverWaitsForAFrozenWorker) {
   }
   ASSERT_GE(realtime::holdingCount(), 1) << "the worker never slept";
   realtime::resetCounts();
+  processLevelAsks = 0;
   const auto start = std::chrono::steady_clock::now();
   for (int b = 0; b < 600; ++b) {
     if (b % 50 == 0) plugin.set(kOsc1Wave, choiceValue(2 + b / 50));
@@ -242,7 +251,8 @@ TEST_F(RealTimeSafety, TheAudioThreadNeverWaitsForAFrozenWorker) {
       std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
   const auto counts = realtime::counts();
   EXPECT_EQ(counts.total(), 0) << describe(counts);
-  EXPECT_FALSE(plugin.wavesReady()) << "the frozen worker built a table";
+  EXPECT_FALSE(plugin.wavesReady()) << "a table was built while the worker was frozen";
+  EXPECT_GT(processLevelAsks.load(), 0);
   EXPECT_LT(seconds, 3.0) << "600 blocks took " << seconds << " s";
   realtime::release();
   EXPECT_TRUE(plugin.waitForWaves());

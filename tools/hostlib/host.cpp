@@ -111,6 +111,8 @@ VstIntPtr Host::answer(AEffect* effect, VstInt32 opcode, VstInt32 index, VstIntP
       return static_cast<VstIntPtr>(sampleRate_.load());
     case audioMasterGetBlockSize:
       return blockSize_.load();
+    case audioMasterGetCurrentProcessLevel:
+      return processLevel_.load();
     case audioMasterGetVendorString:
       copyHostString(ptr, kVendor);
       return 1;

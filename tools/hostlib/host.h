@@ -41,6 +41,9 @@ class Host {
   double sampleRate() const { return sampleRate_.load(); }
   void setBlockSize(VstInt32 frames) { blockSize_.store(frames); }
   VstInt32 blockSize() const { return blockSize_.load(); }
+  // What audioMasterGetCurrentProcessLevel answers: kVstProcessLevelUnknown
+  // (0, the default), or kVstProcessLevelOffline while rendering to a file.
+  void setProcessLevel(VstInt32 level) { processLevel_.store(level); }
   // Host features audioMasterCanDo answers 1 for; any other text gets 0.
   void setHostCanDo(std::vector<std::string> features);
 
@@ -78,6 +81,7 @@ class Host {
   std::atomic<double> sampleRate_{44100.0};
   std::atomic<VstInt32> blockSize_{1024};
   std::atomic<bool> keepLog_{true};
+  std::atomic<VstInt32> processLevel_{kVstProcessLevelUnknown};
 
   mutable std::mutex mutex_;  // guards everything below
   std::vector<std::string> canDo_;
