@@ -1,0 +1,29 @@
+// The editor's bitmaps, drawn at build time by tools/artgen and embedded as
+// PNG streams. registerArtwork() decodes them and hands them to the toolkit
+// under their numbers, so that CBitmap(number) finds them.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+
+namespace sablevox::editor {
+
+struct EmbeddedPicture {
+  int id;
+  int width;
+  int height;
+  size_t offset;  // into embeddedArtworkBytes()
+  size_t size;
+};
+
+std::span<const EmbeddedPicture> embeddedPictures();
+const unsigned char* embeddedArtworkBytes();
+size_t embeddedArtworkSize();
+
+// Decodes every picture once and registers it; later calls do nothing.
+// False if a picture failed to decode or has another size than listed.
+// User-interface thread only.
+bool registerArtwork();
+
+}  // namespace sablevox::editor
