@@ -25,8 +25,9 @@ cairo_status_t readPng(void* closure, unsigned char* out, unsigned int length) {
   return CAIRO_STATUS_SUCCESS;
 }
 
-// Opaque pixels as the toolkit takes them; empty if the stream is bad.
-std::vector<uint32_t> decode(const EmbeddedPicture& p) {
+}  // namespace
+
+std::vector<uint32_t> decodePicture(const EmbeddedPicture& p) {
   Reader reader{embeddedArtworkBytes() + p.offset, p.size};
   cairo_surface_t* s = cairo_image_surface_create_from_png_stream(readPng, &reader);
   std::vector<uint32_t> pixels;
@@ -46,15 +47,13 @@ std::vector<uint32_t> decode(const EmbeddedPicture& p) {
   return pixels;
 }
 
-}  // namespace
-
 bool registerArtwork() {
   static std::map<int, std::vector<uint32_t>> decoded;
   static bool ok = false;
   if (!decoded.empty()) return ok;
   ok = true;
   for (const EmbeddedPicture& p : embeddedPictures()) {
-    std::vector<uint32_t>& pixels = decoded[p.id] = decode(p);
+    std::vector<uint32_t>& pixels = decoded[p.id] = decodePicture(p);
     if (pixels.empty()) {
       ok = false;
       continue;

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <span>
+#include <vector>
 
 namespace sablevox::editor {
 
@@ -20,6 +21,9 @@ struct EmbeddedPicture {
 std::span<const EmbeddedPicture> embeddedPictures();
 const unsigned char* embeddedArtworkBytes();
 size_t embeddedArtworkSize();
+
+// Opaque 0xAARRGGBB pixels of one picture; empty if its stream is bad.
+std::vector<uint32_t> decodePicture(const EmbeddedPicture& picture);
 
 // Decodes every picture once and registers it; later calls do nothing.
 // False if a picture failed to decode or has another size than listed.

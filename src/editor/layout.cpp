@@ -189,11 +189,11 @@ Rect captionBox(const LayoutControl& c) {
     case K::TextField:
       return {r.left, r.top - 10, r.left + 62, r.top - 1};
     case K::SmallKnob:
-      return {r.left - 8, r.bottom + 2, r.right + 8, r.bottom + 11};
+      return {r.left - 7, r.bottom + 2, r.right + 7, r.bottom + 11};
     case K::LargeKnob:
       return {r.left - 6, r.bottom + 3, r.right + 6, r.bottom + 12};
     case K::SmallButton:
-      if (c.tag == 33) return {r.left - 12, r.bottom + 2, r.right + 12, r.bottom + 11};
+      if (c.tag == 33) return {r.left - 8, r.bottom + 2, r.right + 8, r.bottom + 11};
       if (c.tag == 106) return {r.right + 4, r.top + 1, r.right + 44, r.bottom};
       [[fallthrough]];
     case K::ClickArea:
