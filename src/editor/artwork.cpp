@@ -47,19 +47,22 @@ std::vector<uint32_t> decodePicture(const EmbeddedPicture& p) {
   return pixels;
 }
 
-bool registerArtwork() {
+bool loadPicture(int id) {
   static std::map<int, std::vector<uint32_t>> decoded;
-  static bool ok = false;
-  if (!decoded.empty()) return ok;
-  ok = true;
+  if (auto it = decoded.find(id); it != decoded.end()) return !it->second.empty();
   for (const EmbeddedPicture& p : embeddedPictures()) {
-    std::vector<uint32_t>& pixels = decoded[p.id] = decodePicture(p);
-    if (pixels.empty()) {
-      ok = false;
-      continue;
-    }
+    if (p.id != id) continue;
+    std::vector<uint32_t>& pixels = decoded[id] = decodePicture(p);
+    if (pixels.empty()) return false;
     VSTGUI::registerBitmapResource({p.id, p.width, p.height, pixels.data()});
+    return true;
   }
+  return false;
+}
+
+bool registerArtwork() {
+  bool ok = true;
+  for (const EmbeddedPicture& p : embeddedPictures()) ok = loadPicture(p.id) && ok;
   return ok;
 }
 

@@ -25,9 +25,13 @@ size_t embeddedArtworkSize();
 // Opaque 0xAARRGGBB pixels of one picture; empty if its stream is bad.
 std::vector<uint32_t> decodePicture(const EmbeddedPicture& picture);
 
-// Decodes every picture once and registers it; later calls do nothing.
-// False if a picture failed to decode or has another size than listed.
-// User-interface thread only.
+// Decodes one picture, once, and registers it with the toolkit under its
+// number. False if there is no such picture or its stream is bad. The editor
+// loads what a panel needs (about 10 ms for a skin with keys, handles and
+// light); decoding all of them takes six times as long. User-interface
+// thread only.
+bool loadPicture(int id);
+// Every picture; false if any failed.
 bool registerArtwork();
 
 }  // namespace sablevox::editor

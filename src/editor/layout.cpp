@@ -184,10 +184,11 @@ Rect captionBox(const LayoutControl& c) {
   const Rect& r = c.rect;
   if (c.caption[0] == '\0') return {};
   switch (c.kind) {
-    case K::Menu:
+    case K::Menu:  // clear of the bezel drawn around the menu
+      return {r.left, r.top - 11, r.right, r.top - 2};
     case K::HideKeysSwitch:
     case K::TextField:
-      return {r.left, r.top - 10, r.left + 62, r.top - 1};
+      return {r.left, r.top - 11, r.left + 62, r.top - 2};
     case K::SmallKnob:
       return {r.left - 7, r.bottom + 2, r.right + 7, r.bottom + 11};
     case K::LargeKnob:

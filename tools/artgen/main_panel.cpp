@@ -3,6 +3,7 @@
 // table, the maker's marks on the link areas and the keyboard bed.
 #include <cmath>
 #include <string>
+#include <utility>
 
 #include "artgen/drawing.h"
 
@@ -249,8 +250,30 @@ void drawEdgeMark(Canvas& c, const Skin& s) {
   cairo_translate(cr, 15, 118);
   cairo_rotate(cr, -M_PI / 2);
   c.font(Face::SansBold, 8);
-  c.textAt("sablevox", 0, 0, s.insetColour.scaled(s.insetAlpha));
+  const double lum = 0.2126 * s.accent.r + 0.7152 * s.accent.g + 0.0722 * s.accent.b;
+  c.textAt("sablevox", 0, 0, lum > 0.45 ? Colour{0.08, 0.08, 0.08} : Colour{1, 1, 1});
   cairo_restore(cr);
+}
+
+void drawScrew(Canvas& c, double cx, double cy) {
+  cairo_t* cr = c.cr();
+  cairo_new_path(cr);
+  cairo_arc(cr, cx + 0.5, cy + 0.8, 4, 0, 2 * M_PI);
+  c.set({0, 0, 0}, 0.4);
+  cairo_fill(cr);
+  cairo_pattern_t* p = cairo_pattern_create_linear(cx - 4, cy - 4, cx + 4, cy + 4);
+  cairo_pattern_add_color_stop_rgb(p, 0, 0.86, 0.86, 0.84);
+  cairo_pattern_add_color_stop_rgb(p, 1, 0.42, 0.42, 0.42);
+  cairo_arc(cr, cx, cy, 3.6, 0, 2 * M_PI);
+  cairo_set_source(cr, p);
+  cairo_fill(cr);
+  cairo_pattern_destroy(p);
+  // A slot at a slant, as a screw is left when it is driven home.
+  cairo_move_to(cr, cx - 2.6, cy + 1.4);
+  cairo_line_to(cr, cx + 2.6, cy - 1.4);
+  c.set({0.15, 0.15, 0.15});
+  cairo_set_line_width(cr, 1.1);
+  cairo_stroke(cr);
 }
 
 void drawKeyboardBed(Canvas& c, const Skin& s, uint32_t seed) {
@@ -303,6 +326,8 @@ void drawMainPanel(Canvas& c, const Skin& s, uint32_t seed) {
   drawLogoPlate(c, s);
   drawEdgeMark(c, s);
   drawKeyboardBed(c, s, seed);
+  for (const auto& [x, y] : {std::pair{12.5, 12.5}, {12.5, 298.5}, {599.5, 12.5}, {599.5, 298.5}})
+    drawScrew(c, x, y);
 
   const Colour bezelDark = s.insetColour.scaled(0.4);
   const Colour bezelLight = s.line;
