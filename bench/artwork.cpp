@@ -19,19 +19,22 @@ void BM_DecodeMainPanelBitmaps(benchmark::State& state) {
   for (auto _ : state) {
     for (const EmbeddedPicture& p : embeddedPictures()) {
       for (int id : wanted) {
-        if (p.id == id) benchmark::DoNotOptimize(decodePicture(p).data());
+        if (p.id == id && p.scale == state.range(0))
+          benchmark::DoNotOptimize(decodePicture(p).data());
       }
     }
   }
 }
-BENCHMARK(BM_DecodeMainPanelBitmaps)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_DecodeMainPanelBitmaps)->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond);
 
+// All nineteen pictures at the scale of the argument.
 void BM_DecodeEveryBitmap(benchmark::State& state) {
   for (auto _ : state) {
-    for (const EmbeddedPicture& p : embeddedPictures())
-      benchmark::DoNotOptimize(decodePicture(p).data());
+    for (const EmbeddedPicture& p : embeddedPictures()) {
+      if (p.scale == state.range(0)) benchmark::DoNotOptimize(decodePicture(p).data());
+    }
   }
 }
-BENCHMARK(BM_DecodeEveryBitmap)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_DecodeEveryBitmap)->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond);
 
 }  // namespace

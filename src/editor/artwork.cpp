@@ -51,7 +51,7 @@ bool loadPicture(int id) {
   static std::map<int, std::vector<uint32_t>> decoded;
   if (auto it = decoded.find(id); it != decoded.end()) return !it->second.empty();
   for (const EmbeddedPicture& p : embeddedPictures()) {
-    if (p.id != id) continue;
+    if (p.id != id || p.scale != 1) continue;
     std::vector<uint32_t>& pixels = decoded[id] = decodePicture(p);
     if (pixels.empty()) return false;
     VSTGUI::registerBitmapResource({p.id, p.width, p.height, pixels.data()});
@@ -62,7 +62,9 @@ bool loadPicture(int id) {
 
 bool registerArtwork() {
   bool ok = true;
-  for (const EmbeddedPicture& p : embeddedPictures()) ok = loadPicture(p.id) && ok;
+  for (const EmbeddedPicture& p : embeddedPictures()) {
+    if (p.scale == 1) ok = loadPicture(p.id) && ok;
+  }
   return ok;
 }
 

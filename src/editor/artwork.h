@@ -12,7 +12,8 @@ namespace sablevox::editor {
 
 struct EmbeddedPicture {
   int id;
-  int width;
+  int scale;  // 1, or 2 for the double-size drawing of the same picture
+  int width;  // pixels of this drawing
   int height;
   size_t offset;  // into embeddedArtworkBytes()
   size_t size;

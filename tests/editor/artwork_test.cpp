@@ -64,6 +64,18 @@ TEST_F(ArtworkTest, EveryBitmapIsBuiltInAtItsNumberAndSize) {
     EXPECT_EQ(bitmap.getWidth(), spec.width) << spec.id;
     EXPECT_EQ(bitmap.getHeight(), spec.height) << spec.id;
   }
+  // The double-size drawings for high-density screens: each picture once more.
+  int doubled = 0;
+  for (const EmbeddedPicture& p : embeddedPictures()) {
+    if (p.scale != 2) continue;
+    ++doubled;
+    const BitmapSpec* spec = findBitmap(p.id);
+    ASSERT_NE(spec, nullptr) << p.id;
+    EXPECT_EQ(p.width, spec->width * 2) << p.id;
+    EXPECT_EQ(p.height, spec->height * 2) << p.id;
+    EXPECT_EQ(decodePicture(p).size(), size_t(p.width) * p.height) << p.id;
+  }
+  EXPECT_EQ(doubled, int(bitmapTable().size()));
   EXPECT_LE(embeddedArtworkSize(), 3u << 20) << "the artwork's budget in the plug-in";
 }
 
@@ -136,19 +148,16 @@ TEST_F(ArtworkTest, KeyImagesAreTransparentExactlyWhereTheOtherKeysLie) {
   EXPECT_GT(luminance(pixel(bitmap::kLight, 6, 18)), luminance(pixel(bitmap::kLight, 6, 6)) * 3);
 }
 
-// A change of the pictures must be deliberate: update the sum with it (and
-// docs/skins.png with scripts/make-skins-sheet.sh).
+// A change of the pictures, at both scales, must be deliberate: update the
+// sum with it (and docs/skins.png with scripts/make-skins-sheet.sh).
 TEST_F(ArtworkTest, GeneratorOutputIsUnchanged) {
   uint64_t hash = 1469598103934665603ull;
-  for (const BitmapSpec& spec : bitmapTable()) {
-    for (int y = 0; y < spec.height; ++y) {
-      for (int x = 0; x < spec.width; ++x) {
-        const uint32_t p = pixel(spec.id, x, y);
-        for (int shift : {0, 8, 16}) hash = (hash ^ (p >> shift & 255)) * 1099511628211ull;
-      }
+  for (const EmbeddedPicture& p : embeddedPictures()) {
+    for (uint32_t pixel : decodePicture(p)) {
+      for (int shift : {0, 8, 16}) hash = (hash ^ (pixel >> shift & 255)) * 1099511628211ull;
     }
   }
-  EXPECT_EQ(hash, 9055250336080932355ull);
+  EXPECT_EQ(hash, 14159255005864945836ull);
 }
 
 }  // namespace

@@ -17,8 +17,8 @@ namespace {
 using namespace sablevox;
 using namespace sablevox::artgen;
 
-std::vector<unsigned char> draw(const editor::BitmapSpec& spec) {
-  Canvas c(spec.width, spec.height);
+std::vector<unsigned char> draw(const editor::BitmapSpec& spec, int scale) {
+  Canvas c(spec.width, spec.height, scale);
   const int id = spec.id;
   if (id >= editor::bitmap::kSkinBase &&
       id < editor::bitmap::kSkinBase + editor::bitmap::kSkinCount)
@@ -65,17 +65,19 @@ int main(int argc, char** argv) {
   }
   std::vector<unsigned char> all;
   std::ostringstream table;
-  for (const editor::BitmapSpec& spec : editor::bitmapTable()) {
-    const std::vector<unsigned char> png = draw(spec);
-    table << "    {" << spec.id << ", " << spec.width << ", " << spec.height << ", " << all.size()
-          << ", " << png.size() << "},\n";
-    if (argc == 4) {
-      std::ofstream(std::filesystem::path(argv[3]) / (std::to_string(spec.id) + ".png"),
-                    std::ios::binary)
-          .write(reinterpret_cast<const char*>(png.data()),
-                 static_cast<std::streamsize>(png.size()));
+  for (int scale : {1, 2}) {
+    for (const editor::BitmapSpec& spec : editor::bitmapTable()) {
+      const std::vector<unsigned char> png = draw(spec, scale);
+      table << "    {" << spec.id << ", " << scale << ", " << spec.width * scale << ", "
+            << spec.height * scale << ", " << all.size() << ", " << png.size() << "},\n";
+      if (argc == 4) {
+        const std::string name = std::to_string(spec.id) + (scale == 1 ? "" : "@2x") + ".png";
+        std::ofstream(std::filesystem::path(argv[3]) / name, std::ios::binary)
+            .write(reinterpret_cast<const char*>(png.data()),
+                   static_cast<std::streamsize>(png.size()));
+      }
+      all.insert(all.end(), png.begin(), png.end());
     }
-    all.insert(all.end(), png.begin(), png.end());
   }
   std::ofstream(binary, std::ios::binary)
       .write(reinterpret_cast<const char*>(all.data()), static_cast<std::streamsize>(all.size()));

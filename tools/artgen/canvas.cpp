@@ -85,9 +85,10 @@ double valueNoise(double x, double y, uint32_t seed) {
   return (a + (b - a) * sx) + ((c + (d - c) * sx) - (a + (b - a) * sx)) * sy;
 }
 
-Canvas::Canvas(int width, int height) : width_(width), height_(height) {
-  surface_ = cairo_image_surface_create(CAIRO_FORMAT_RGB24, width, height);
+Canvas::Canvas(int width, int height, int scale) : width_(width), height_(height), scale_(scale) {
+  surface_ = cairo_image_surface_create(CAIRO_FORMAT_RGB24, width * scale, height * scale);
   cr_ = cairo_create(surface_);
+  cairo_scale(cr_, scale, scale);
   cairo_font_options_t* options = cairo_font_options_create();
   cairo_font_options_set_antialias(options, CAIRO_ANTIALIAS_GRAY);
   cairo_font_options_set_hint_style(options, CAIRO_HINT_STYLE_NONE);
@@ -166,12 +167,13 @@ void Canvas::eachPixel(const editor::Rect& r, F f) {
   cairo_surface_flush(surface_);
   unsigned char* data = cairo_image_surface_get_data(surface_);
   const int stride = cairo_image_surface_get_stride(surface_);
-  for (int y = std::max(0, r.top); y < std::min(height_, r.bottom); ++y) {
+  const int s = scale_;
+  for (int y = std::max(0, r.top) * s; y < std::min(height_, r.bottom) * s; ++y) {
     auto* row = reinterpret_cast<uint32_t*>(data + static_cast<size_t>(y) * stride);
-    for (int x = std::max(0, r.left); x < std::min(width_, r.right); ++x) {
+    for (int x = std::max(0, r.left) * s; x < std::min(width_, r.right) * s; ++x) {
       const uint32_t p = row[x];
       double rgb[3] = {double(p >> 16 & 255), double(p >> 8 & 255), double(p & 255)};
-      f(x, y, rgb);
+      f(x / s, y / s, rgb);
       row[x] =
           uint32_t{clampByte(rgb[0])} << 16 | uint32_t{clampByte(rgb[1])} << 8 | clampByte(rgb[2]);
     }
@@ -182,15 +184,19 @@ void Canvas::eachPixel(const editor::Rect& r, F f) {
 void Canvas::brushed(const editor::Rect& r, double amount, uint32_t seed) {
   eachPixel(r, [&](int x, int y, double* rgb) {
     const double streak = valueNoise(x * 0.02, y * 1.0, seed) - 0.5;
-    const double fine = hashNoise(x, y, seed + 1) - 0.5;
+    // Fibres sixteen pixels long: the look of brushing, and PNG's row filters
+    // compress them far better than noise in every pixel.
+    const double fine = hashNoise(x / 16, y, seed + 1) - 0.5;
     const double f = 1.0 + amount * (streak * 0.8 + fine * 0.35);
     for (int i = 0; i < 3; ++i) rgb[i] *= f;
   });
 }
 
 void Canvas::grain(const editor::Rect& r, double amount, uint32_t seed) {
+  if (amount * 255 * 0.3 < 1.5) return;  // finer than a level: bytes for nothing
   eachPixel(r, [&](int x, int y, double* rgb) {
-    const double n = hashNoise(x, y, seed) - 0.5;
+    // Three levels of grain: texture for the eye at a fraction of the bytes.
+    const double n = std::round((hashNoise(x, y, seed) - 0.5) * 2.0) * 0.3;
     for (int i = 0; i < 3; ++i) rgb[i] += amount * 255 * n;
   });
 }
@@ -201,7 +207,7 @@ void Canvas::wood(const editor::Rect& r, const Colour& light, const Colour& dark
         6.0 * valueNoise(x * 0.01, y * 0.05, seed) + 2.0 * valueNoise(x * 0.05, y * 0.2, seed + 7);
     const double t = y * 0.45 + warp * 3.0;
     const double ring = 0.5 + 0.5 * std::sin(t);
-    const double fibre = hashNoise(x / 6, y, seed + 3) * 0.25;
+    const double fibre = valueNoise(x * 0.12, y * 0.5, seed + 3) * 0.25;
     const double m = std::clamp(ring * 0.75 + fibre, 0.0, 1.0);
     const Colour c = light.mix(dark, m);
     rgb[0] = c.r * 255;
@@ -214,14 +220,19 @@ uint32_t Canvas::pixel(int x, int y) {
   cairo_surface_flush(surface_);
   const unsigned char* data = cairo_image_surface_get_data(surface_);
   const int stride = cairo_image_surface_get_stride(surface_);
-  return reinterpret_cast<const uint32_t*>(data + static_cast<size_t>(y) * stride)[x] & 0xffffffu;
+  return reinterpret_cast<const uint32_t*>(data +
+                                           static_cast<size_t>(y) * scale_ * stride)[x * scale_] &
+         0xffffffu;
 }
 
 void Canvas::setPixel(int x, int y, uint32_t rgb) {
   cairo_surface_flush(surface_);
   unsigned char* data = cairo_image_surface_get_data(surface_);
   const int stride = cairo_image_surface_get_stride(surface_);
-  reinterpret_cast<uint32_t*>(data + static_cast<size_t>(y) * stride)[x] = rgb;
+  for (int dy = 0; dy < scale_; ++dy) {
+    auto* row = reinterpret_cast<uint32_t*>(data + static_cast<size_t>(y * scale_ + dy) * stride);
+    for (int dx = 0; dx < scale_; ++dx) row[x * scale_ + dx] = rgb;
+  }
   cairo_surface_mark_dirty(surface_);
 }
 

@@ -29,7 +29,9 @@ enum class Face { Sans, SansBold, Narrow, NarrowBold, Serif, SerifBold, Mono, Mo
 
 class Canvas {
  public:
-  Canvas(int width, int height);
+  // scale 2 draws the same picture at twice the pixels: vector work is
+  // scaled, textures and pixel art are doubled.
+  Canvas(int width, int height, int scale = 1);
   ~Canvas();
   Canvas(const Canvas&) = delete;
   Canvas& operator=(const Canvas&) = delete;
@@ -37,6 +39,7 @@ class Canvas {
   cairo_t* cr() const { return cr_; }
   int width() const { return width_; }
   int height() const { return height_; }
+  int scale() const { return scale_; }
 
   void set(const Colour& c, double alpha = 1.0);
   void fillRect(double x, double y, double w, double h, const Colour& c, double alpha = 1.0);
@@ -56,7 +59,8 @@ class Canvas {
   void grain(const editor::Rect& r, double amount, uint32_t seed);
   void wood(const editor::Rect& r, const Colour& light, const Colour& dark, uint32_t seed);
 
-  // Raw 0x00RRGGBB access after drawing (opaque images).
+  // Raw 0x00RRGGBB access after drawing (opaque images), in the picture's
+  // own coordinates; at scale 2 a pixel is a block of four.
   uint32_t pixel(int x, int y);
   void setPixel(int x, int y, uint32_t rgb);
 
@@ -68,6 +72,7 @@ class Canvas {
 
   int width_;
   int height_;
+  int scale_;
   cairo_surface_t* surface_;
   cairo_t* cr_;
 };

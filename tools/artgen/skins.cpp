@@ -187,7 +187,7 @@ std::array<Skin, editor::bitmap::kSkinCount> makeSkins() {
        c(240, 90, 40),
        c(60, 60, 64),
        M::Matte,
-       0.02},
+       0.0},
       {"Night",
        "deep navy glass with cyan type that glows like an old display",
        M::Gradient,
@@ -287,7 +287,7 @@ std::array<Skin, editor::bitmap::kSkinCount> makeSkins() {
        c(238, 206, 130),
        c(36, 6, 12),
        M::Matte,
-       0.08},
+       0.05},
   }};
 }
 
