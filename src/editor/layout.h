@@ -100,9 +100,9 @@ constexpr std::array<const char*, bitmap::kSkinCount> kSkinNames = {
 std::span<const BitmapSpec> bitmapTable();
 const BitmapSpec* findBitmap(int id);
 
-// Every control of the main panel: click areas, random button, keys in tag
-// order, menus, small knobs, large knobs, the EnvVolPo button and the light,
-// in the order the editor creates them.
+// Every control of the main panel in the order the editor creates them: the
+// random button, the three click areas, the keys in tag order, the menus,
+// the small knobs, the large knobs, the EnvVolPo button and the light.
 std::span<const LayoutControl> mainPanel();
 // The settings panel in creation order.
 std::span<const LayoutControl> settingsPanel();

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <map>
+#include <vector>
 
 namespace {
 
@@ -39,6 +40,15 @@ TEST(LayoutTest, MainPanelHasEveryControlAtItsDesignedPlace) {
   EXPECT_EQ(counts[K::ClickArea], 3);
   EXPECT_EQ(counts[K::SmallButton], 2);
   EXPECT_EQ(counts[K::Light], 1);
+
+  // Creation order, which the editor keeps: its pointers are filled in it.
+  std::map<K, std::vector<int>> order;
+  for (const LayoutControl& c : main) order[c.kind].push_back(c.tag);
+  EXPECT_EQ(order[K::Menu], (std::vector<int>{0, 1, 2, 3, 4, 5, 6, 7, 16, 34, 35, 36, 38, 39, 40}));
+  EXPECT_EQ(order[K::SmallKnob], (std::vector<int>{8, 9, 10, 11, 12, 13, 37, 26, 27, 32, 19}));
+  EXPECT_EQ(order[K::LargeKnob],
+            (std::vector<int>{14, 15, 17, 18, 20, 21, 22, 23, 24, 25, 28, 29, 30, 31, 41, 42}));
+  EXPECT_EQ(order[K::ClickArea], (std::vector<int>{108, 109, 105}));
 
   // Menus: (left, top) and size as given, colour of their group.
   EXPECT_EQ(rectOf(main, 0, K::Menu), (Rect{57, 23, 114, 36}));
