@@ -16,7 +16,8 @@ void drawSmallButton(Canvas& canvas);
 void drawHideKeysSwitch(Canvas& canvas);
 
 // Shared by both panels.
-void drawMenuBezel(Canvas& canvas, const editor::Rect& r, const Colour& dark, const Colour& light);
+void drawMenuBezel(Canvas& canvas, const editor::Rect& r, const Colour& dark, const Colour& light,
+                   const Colour& arrow);
 void drawWordmark(Canvas& canvas, double x, double baseline, double size, const Colour& c);
 
 }  // namespace sablevox::artgen

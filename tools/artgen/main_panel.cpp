@@ -300,13 +300,23 @@ void drawKeyboardBed(Canvas& c, const Skin& s, uint32_t seed) {
 
 }  // namespace
 
-void drawMenuBezel(Canvas& c, const Rect& r, const Colour& dark, const Colour& light) {
+void drawMenuBezel(Canvas& c, const Rect& r, const Colour& dark, const Colour& light,
+                   const Colour& arrow) {
   // Drawn outside the menu's rectangle, which the menu paints itself.
   c.fillRect(r.left - 2, r.top - 2, r.width() + 4, 1, dark);
   c.fillRect(r.left - 2, r.top - 2, 1, r.height() + 4, dark);
   c.fillRect(r.left - 2, r.bottom + 1, r.width() + 4, 1, light);
   c.fillRect(r.right + 1, r.top - 2, 1, r.height() + 4, light);
-  c.fillRect(r.left - 1, r.top - 1, r.width() + 2, r.height() + 2, {0.05, 0.05, 0.05});
+  c.fillRect(r.left - 1, r.top - 1, r.width() + 2, r.height() + 2,
+             {0.05, 0.05, 0.05});  // A small arrow beside the frame says that the field drops down.
+  const double ax = r.right + 3.5, ay = r.top + r.height() / 2.0 - 1.5;
+  cairo_new_path(c.cr());
+  cairo_move_to(c.cr(), ax, ay);
+  cairo_line_to(c.cr(), ax + 5, ay);
+  cairo_line_to(c.cr(), ax + 2.5, ay + 3);
+  cairo_close_path(c.cr());
+  c.set(arrow);
+  cairo_fill(c.cr());
 }
 
 void drawWordmark(Canvas& c, double x, double baseline, double size, const Colour& colour) {
@@ -334,7 +344,7 @@ void drawMainPanel(Canvas& c, const Skin& s, uint32_t seed) {
   for (const LayoutControl& k : editor::mainPanel()) {
     switch (k.kind) {
       case ControlKind::Menu:
-        drawMenuBezel(c, k.rect, bezelDark, bezelLight);
+        drawMenuBezel(c, k.rect, bezelDark, bezelLight, s.caption);
         break;
       case ControlKind::SmallKnob:
       case ControlKind::LargeKnob:

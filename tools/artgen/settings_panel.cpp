@@ -65,7 +65,7 @@ void drawSettingsPanel(Canvas& c) {
   for (const LayoutControl& k : editor::settingsPanel()) {
     switch (k.kind) {
       case ControlKind::Menu:
-        drawMenuBezel(c, k.rect, {0.03, 0.03, 0.03}, kLine);
+        drawMenuBezel(c, k.rect, {0.03, 0.03, 0.03}, kLine, kCaption);
         break;
       case ControlKind::SmallButton: {
         // The back button is an invisible area: the arrow is here.
