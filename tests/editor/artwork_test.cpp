@@ -76,7 +76,7 @@ TEST_F(ArtworkTest, EveryBitmapIsBuiltInAtItsNumberAndSize) {
     EXPECT_EQ(decodePicture(p).size(), size_t(p.width) * p.height) << p.id;
   }
   EXPECT_EQ(doubled, int(bitmapTable().size()));
-  EXPECT_LE(embeddedArtworkSize(), 3u << 20) << "the artwork's budget in the plug-in";
+  EXPECT_LE(embeddedArtworkSize(), 3000000u) << "the artwork's budget in the plug-in";
 }
 
 TEST_F(ArtworkTest, CaptionsAreReadableAndEverySkinIsItsOwnPicture) {
