@@ -9,8 +9,9 @@ packages=(build-essential cmake ninja-build pkg-config g++ clang clang-format
           libclang-rt-14-dev libgtest-dev libgmock-dev libbenchmark-dev libsndfile1-dev
           amsynth
           # the editor's toolkit: Xlib and cairo, the fonts, and the tests'
-          # own X server with the input extension
-          libx11-dev libxext-dev libxtst-dev libcairo2-dev fontconfig fonts-liberation xvfb
+          # own X server with the input extension; FreeType and libpng for the artwork
+          # generator, which loads its faces by file
+          libx11-dev libxext-dev libxtst-dev libcairo2-dev libfreetype-dev libpng-dev fontconfig fonts-liberation xvfb
           "$@")
 
 missing=()
