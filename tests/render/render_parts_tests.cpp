@@ -28,34 +28,13 @@ bool parse(std::vector<std::string> args, Options& options, std::string& error) 
 TEST(RenderOptions, ValuesInBothSpellingsAndSettingNames) {
   Options options;
   std::string error;
-  ASSERT_TRUE(parse({"song.mid",
-                     "-o",
-                     "out.flac",
-                     "--plugin=/x.so",
-                     "--sample-rate",
-                     "48000",
-                     "--block-size=64",
-                     "--tempo",
-                     "133.5",
-                     "--program",
-                     "7",
-                     "--bank",
-                     "Factory B",
-                     "--quality",
-                     "low",
-                     "--iqm=2",
-                     "--set",
-                     "FiltType=LP Moog",
-                     "--set=Cutoff=0.5",
-                     "--tail",
-                     "0",
-                     "--format",
-                     "float",
-                     "--gain=-6.5",
-                     "--ignore-cc",
-                     "7,64-66"},
-                    options, error))
-      << error;
+  // clang-format off
+  ASSERT_TRUE(parse({"song.mid", "-o", "out.flac", "--plugin=/x.so", "--sample-rate", "48000",
+                     "--block-size=64", "--tempo", "133.5", "--program", "7", "--bank", "Factory B",
+                     "--quality", "low", "--iqm=2", "--set", "FiltType=LP Moog", "--set=Cutoff=0.5",
+                     "--tail", "0", "--format", "float", "--gain=-6.5", "--ignore-cc", "7,64-66"},
+                    options, error)) << error;
+  // clang-format on
   EXPECT_EQ(options.command, Command::render);
   EXPECT_EQ(options.input, "song.mid");
   EXPECT_EQ(options.output, "out.flac");
