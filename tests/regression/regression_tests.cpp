@@ -124,6 +124,21 @@ const std::vector<Expected>& cases() {
        0x79412032786AD3C5ull},
       {{"arp_down_gate", 2, base({"ArpType=Down 2oct", "ArpRhyt=|...|.|.|...|.|.", "Voices=4"})},
        0xEDA3E95E2AA60531ull},
+      // The envelopes' edges, a few settings a segment: zero attack, decay and
+      // release, full sustain, the shortest filter attack, keys let go in a
+      // slow filter decay beside a faster, slower or equal release, and the
+      // release pop.
+      {{"envelope_edges",
+        2,
+        base({"FiltType=LP 12dB", "Cutoff=0.3", "EnvFilVe=1", "EnvFilSe=1", "EnvVolA=0",
+              "EnvVolR=0", "EnvFiltA=0", "EnvFiltD=0", "EnvFiltR=0.01"}),
+        {{"EnvVolA=0.3", "EnvVolS=1", "EnvVolR=0.5", "EnvFiltA=0.01", "EnvFiltD=0.9",
+          "EnvFiltR=0.3"},
+         {"EnvVolPo=1", "EnvVolR=0.4", "EnvFiltD=0.7", "EnvFiltR=0.9"},
+         {"EnvVolPo=0", "EnvVolS=0.5", "EnvVolD=0.2", "EnvFiltA=0.02", "EnvFiltD=0.01"},
+         {"EnvVolA=0", "EnvVolR=0", "EnvFiltS=0", "EnvFiltD=0.6", "EnvFiltR=0.6"}},
+        0.8},
+       0xAED3E90B27EA2AC1ull},
       {{"glide_mono", 0, base({"GlMode=1 key", "GlTime=BPM", "Voices=1", "Drive=0.3"})},
        0x20B2535C52802BE5ull},
       {{"glide_poly", 2, base({"GlMode=2 keys", "GlTime=BPM * 4"})}, 0x99236179DC7BF925ull},
