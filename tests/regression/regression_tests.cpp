@@ -159,6 +159,21 @@ const std::vector<Expected>& cases() {
          {"Osc1Mod=Multi: 2", "Osc2Mod=Sync"}},
         0.34},
        0xF16D44B3DDA73661ull},
+      // Every LFO shape that draws no random values, one a segment, on the cutoff.
+      {{"lfo_shapes", 3,
+        base({"FiltType=LP 12dB", "Reso=0.5", "LFODest=Cutoff", "LFOSend=0.8", "LFOSpeed=BPM * 2"}),
+        cycle("LFOType", {"static", "Tri", "Tri 90°", "Saw Up", "Saw Down", "Sin", "Cos", "Square",
+                          "Impulse", "-_-_-___", "-_-_---_", "-___-_-_", "-__-__-_", "--_--_-_",
+                          "\\___stop", "/\\___stop", "Tri free"}),
+        0.25},
+       0x1A90D2BB2BB6F711ull},
+      // Every scan mode that draws no random values, one a segment, on a wave
+      // whose frames close like a filter.
+      {{"scan_modes", 1, base({"Osc1Mod=Filt: LP down", "Osc1LSp=BPM", "Osc2Wave=off"}),
+        cycle("Osc1Loop", {"+-+-+-", "-+-+-+", "+ stop", "- stop", "+- stop", "-+ stop", "+50%-+-+",
+                           "+25%-+-+", "+75%-+-+", "++++", "----", "static"}),
+        0.35},
+       0xA87FBA7B885DAF71ull},
       {{"glide_mono", 0, base({"GlMode=1 key", "GlTime=BPM", "Voices=1", "Drive=0.3"})},
        0x20B2535C52802BE5ull},
       {{"glide_poly", 2, base({"GlMode=2 keys", "GlTime=BPM * 4"})}, 0x99236179DC7BF925ull},
