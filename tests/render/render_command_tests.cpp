@@ -1,9 +1,7 @@
 // sablevox-render as a user runs it: the built program in fresh processes
 // with the built plug-in (exit statuses, messages, nothing written on
 // failure, identical renders, the user's settings untouched), and amsynth
-// rendered in this process through the same command code. Notes right after
-// a program change are the host library's (the block ended at the reset)
-// and the engine's (keys in the new program's mode) unit tests.
+// rendered in this process through the same command code.
 #include <gtest/gtest.h>
 #include <sndfile.h>
 #include <sys/wait.h>
@@ -199,6 +197,32 @@ TEST_F(RenderCommand, FailuresExitWithAReasonAndWriteNothing) {
       << output;
   EXPECT_EQ(std::count(output.begin(), output.end(), '\n'), 6) << output;
   EXPECT_TRUE(fs::exists(out));
+}
+
+TEST_F(RenderCommand, ProgramChangesKeepTheNotesThatFollowThem) {
+  // Bank A: program 94 arpeggiates, program 1 does not. A program change at
+  // tick 0 with a chord, another at 1.5 s with a note; both must sound, with
+  // blocks longer and shorter than a control tick.
+  const std::string song = path("programs.mid");
+  writeFile(song, testing::midiFile(0, 480,
+                                    {{0x00, 0xC0, 0x5E,                                // program 94
+                                      0x00, 0x90, 0x30, 0x64, 0x00, 0x3C, 0x64,        // chord
+                                      0x00, 0x40, 0x64, 0x00, 0x43, 0x64, 0x00, 0x48,  //
+                                      0x64, 0x8B, 0x20, 0x80, 0x30, 0x00, 0x00, 0x3C,  // 1440:
+                                      0x00, 0x00, 0x40, 0x00, 0x00, 0x43, 0x00, 0x00,  // ends,
+                                      0x48, 0x00, 0x00, 0xC0, 0x01,                    // program 1
+                                      0x00, 0x90, 0x3C, 0x64, 0x83, 0x60, 0x80, 0x3C,  // and a note
+                                      0x00, 0x00, 0xFF, 0x2F, 0x00}}));
+  for (const char* blockSize : {"512", "64"}) {
+    const std::string out = path("programs.wav");
+    std::string output;
+    ASSERT_EQ(
+        run({song, "--bank", "A", "--block-size", blockSize, "--tail", "0.2", "-o", out}, output),
+        0)
+        << output;
+    EXPECT_GT(peakDb(out, 0.3, 1.4), -30.0) << "the arpeggio, block size " << blockSize;
+    EXPECT_GT(peakDb(out, 1.55, 1.95), -30.0) << "the note, block size " << blockSize;
+  }
 }
 
 TEST_F(RenderCommand, VolumeFromTheFileCanBeIgnoredScaledOrNormalized) {
