@@ -124,6 +124,16 @@ const std::vector<Expected>& cases() {
        0x79412032786AD3C5ull},
       {{"arp_down_gate", 2, base({"ArpType=Down 2oct", "ArpRhyt=|...|.|.|...|.|.", "Voices=4"})},
        0xEDA3E95E2AA60531ull},
+      {{"glide_mono", 0, base({"GlMode=1 key", "GlTime=BPM", "Voices=1", "Drive=0.3"})},
+       0x20B2535C52802BE5ull},
+      {{"glide_poly", 2, base({"GlMode=2 keys", "GlTime=BPM * 4"})}, 0x99236179DC7BF925ull},
+      {{"lfo_pitch_pan", 3,
+        base({"LFOType=Tri 90°", "LFODest=Osc pitch", "LFOSend=0.9", "LFOSpeed=BPM"})},
+       0x43FD68DE61692EF5ull},
+      {{"heaviest", 0,
+        base({"Fat=1", "Drive=0.8", "FiltType=LP Moog", "Reso=0.8", "EffType=Reverb A",
+              "Voices=32"})},
+       0xE570027C447184EBull},
       // The envelopes' edges, a few settings a segment: zero attack, decay and
       // release, full sustain, the shortest filter attack, keys let go in a
       // slow filter decay beside a faster, slower or equal release, and the
@@ -174,16 +184,6 @@ const std::vector<Expected>& cases() {
                            "+25%-+-+", "+75%-+-+", "++++", "----", "static"}),
         0.35},
        0xA87FBA7B885DAF71ull},
-      {{"glide_mono", 0, base({"GlMode=1 key", "GlTime=BPM", "Voices=1", "Drive=0.3"})},
-       0x20B2535C52802BE5ull},
-      {{"glide_poly", 2, base({"GlMode=2 keys", "GlTime=BPM * 4"})}, 0x99236179DC7BF925ull},
-      {{"lfo_pitch_pan", 3,
-        base({"LFOType=Tri 90°", "LFODest=Osc pitch", "LFOSend=0.9", "LFOSpeed=BPM"})},
-       0x43FD68DE61692EF5ull},
-      {{"heaviest", 0,
-        base({"Fat=1", "Drive=0.8", "FiltType=LP Moog", "Reso=0.8", "EffType=Reverb A",
-              "Voices=32"})},
-       0xE570027C447184EBull},
   };
   return all;
 }
