@@ -14,6 +14,8 @@
 #include <string>
 #include <thread>
 
+#include "common/isolated_settings.h"
+
 namespace sablevox {
 namespace {
 
@@ -38,16 +40,8 @@ class SavedEnv {
   std::optional<std::string> value_;
 };
 
-class GlobalConfigTest : public testing::Test {
+class GlobalConfigTest : public ::testing::Test {
  protected:
-  void SetUp() override {
-    char pattern[] = "/tmp/sablevox-config-XXXXXX";
-    ASSERT_NE(mkdtemp(pattern), nullptr);
-    root_ = pattern;
-    setenv("XDG_CONFIG_HOME", root_.c_str(), 1);
-  }
-  void TearDown() override { fs::remove_all(root_); }
-
   fs::path file() const { return root_ / "Sablevox" / "settings"; }
 
   void writeFile(const std::string& text) {
@@ -72,7 +66,8 @@ class GlobalConfigTest : public testing::Test {
 
   SavedEnv xdg_{"XDG_CONFIG_HOME"};
   SavedEnv home_{"HOME"};
-  fs::path root_;
+  testing::IsolatedSettings settings_;  // made after the saved variables, gone before them
+  fs::path root_{settings_.folder()};
 };
 
 TEST_F(GlobalConfigTest, FreshUserGetsDefaultsAndTheFileAppearsAtTheFirstSave) {

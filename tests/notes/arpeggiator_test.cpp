@@ -75,9 +75,9 @@ class ArpeggiatorTest : public NotesTest {
     return notes;
   }
 
-  // With kEveryStep: the single notes of the next `count` note steps, and
-  // in `columns` the octave column each was played at; every off step
-  // between them must end it and start nothing.
+  // With kEveryStep: the single notes of the next `count` note steps, in
+  // `columns` the octave column each was played at, and their velocities in
+  // `velocities`; every off step between them must end it and start nothing.
   std::vector<int> walk(int count, std::vector<int>* columns = nullptr) {
     std::vector<int> played;
     for (int i = 0; i < count; ++i) {
@@ -85,11 +85,15 @@ class ArpeggiatorTest : public NotesTest {
       EXPECT_EQ(notes.size(), 1u) << "note step " << i;
       played.push_back(notes.empty() ? -1 : notes[0]);
       if (columns != nullptr) columns->push_back(engine->arpOctaveStep);
+      for (const Voice& voice : engine->voices) {
+        if (voice.gate != 0) velocities.push_back(voice.velocity);
+      }
       EXPECT_TRUE(tick().empty() && gatedNotes().empty()) << "off step after " << i;
     }
     return played;
   }
 
+  std::vector<int> velocities;  // of the notes walk() played
   int type = 0;
   int rhythm = kEveryStep;
   double tempo = kTempo;
@@ -132,66 +136,40 @@ TEST(ArpTables, RhythmRowsMatchTheirNames) {
   }
 }
 
-TEST_F(ArpeggiatorTest, UpWrapsToTheLowestKeyAndAdvancesTheOctaveColumn) {
-  use("Up");
-  press(64, 100);
-  press(60, 30);  // every note of the phrase takes the first key's velocity
-  Notes columns;
-  EXPECT_EQ(walk(5, &columns), (Notes{60, 64, 60, 64, 60}));
-  EXPECT_EQ(columns, (Notes{0, 0, 1, 1, 2}));
-  for (const Voice& voice : engine->voices) {
-    if (voice.ampState != kEnvIdle) {
-      EXPECT_EQ(voice.velocity, 100);
-    }
+// Every walk over a few cycles from a fresh phrase: the keys in the order
+// pressed, the notes played and, where given, the octave column of each.
+TEST_F(ArpeggiatorTest, WalksTurnWrapAndAdvanceTheOctaveColumn) {
+  const struct {
+    const char* type;
+    Notes keys;
+    Notes notes;
+    Notes columns;  // empty: not checked
+  } walks[] = {
+      // The lowest key comes after the highest; every note takes the first
+      // key's velocity (checked below).
+      {"Up", {64, 60}, {60, 64, 60, 64, 60}, {0, 0, 1, 1, 2}},
+      {"Up oct", {60, 64}, {60, 64, 72, 76, 60, 64}, {}},
+      {"Up 3oct", {60}, {48, 60, 72, 84, 48}, {}},                            // row -1 0 1 2
+      {"Down 3oct", {60, 64}, {88, 84, 76, 72, 64, 60, 52, 48, 88, 84}, {}},  // row 2 1 0 -1
+      // Altup wraps at the bottom turn, Altdown at the top; one key turns on the spot.
+      {"Altup", {67, 60, 64}, {60, 64, 67, 64, 60, 64, 67, 64, 60}, {11, 0, 0, 0, 0, 1, 1, 1, 1}},
+      {"Altdown", {67, 60, 64}, {67, 64, 60, 64, 67, 64, 60, 64, 67}, {11, 0, 0, 0, 0, 1, 1, 1, 1}},
+      {"Altup", {60}, {60, 60, 60}, {}},
+      // Pop comes back to the lowest key between climbing others (its first
+      // note still at column 11); Pop2's others fall.
+      {"Pop", {60, 64, 67}, {60, 64, 60, 67, 60, 64, 60, 67, 60}, {11, 0, 0, 0, 0, 1, 1, 1, 1}},
+      {"Pop2", {60, 64, 67}, {67, 60, 64, 60, 67, 60, 64, 60, 67}, {0, 0, 0, 0, 1, 1, 1, 1, 2}},
+  };
+  for (const auto& w : walks) {
+    use(w.type);
+    int velocity = 100;
+    for (int key : w.keys) press(key, velocity), velocity = 30;
+    Notes columns;
+    EXPECT_EQ(walk(static_cast<int>(w.notes.size()), &columns), w.notes) << w.type;
+    EXPECT_EQ(columns, w.columns.empty() ? columns : w.columns) << w.type;
+    EXPECT_EQ(velocities, std::vector<int>(w.notes.size(), 100)) << w.type;
+    velocities.clear();
   }
-}
-
-TEST_F(ArpeggiatorTest, OctaveRowsOfUpAndDown) {
-  use("Up oct");
-  press(60);
-  press(64);
-  EXPECT_EQ(walk(6), (Notes{60, 64, 72, 76, 60, 64}));
-
-  use("Up 3oct");  // row -1 0 1 2
-  press(60);
-  EXPECT_EQ(walk(5), (Notes{48, 60, 72, 84, 48}));
-
-  use("Down 3oct");  // row 2 1 0 -1
-  press(60);
-  press(64);
-  EXPECT_EQ(walk(10), (Notes{88, 84, 76, 72, 64, 60, 52, 48, 88, 84}));
-}
-
-TEST_F(ArpeggiatorTest, AlternatingWalksTurnAtBothEndsAndWrapAtOne) {
-  use("Altup");  // wraps at the bottom turn
-  for (int k : {67, 60, 64}) press(k);
-  Notes columns;
-  EXPECT_EQ(walk(9, &columns), (Notes{60, 64, 67, 64, 60, 64, 67, 64, 60}));
-  EXPECT_EQ(columns, (Notes{11, 0, 0, 0, 0, 1, 1, 1, 1}));
-
-  use("Altdown");  // wraps at the top turn
-  for (int k : {67, 60, 64}) press(k);
-  columns.clear();
-  EXPECT_EQ(walk(9, &columns), (Notes{67, 64, 60, 64, 67, 64, 60, 64, 67}));
-  EXPECT_EQ(columns, (Notes{11, 0, 0, 0, 0, 1, 1, 1, 1}));
-
-  use("Altup");  // one key: the walk turns on the spot
-  press(60);
-  EXPECT_EQ(walk(3), (Notes{60, 60, 60}));
-}
-
-TEST_F(ArpeggiatorTest, PopWalksComeBackToTheLowestKey) {
-  use("Pop");  // the others climb; the first note is still at column 11
-  for (int k : {60, 64, 67}) press(k);
-  Notes columns;
-  EXPECT_EQ(walk(9, &columns), (Notes{60, 64, 60, 67, 60, 64, 60, 67, 60}));
-  EXPECT_EQ(columns, (Notes{11, 0, 0, 0, 0, 1, 1, 1, 1}));
-
-  use("Pop2");  // the others fall
-  for (int k : {60, 64, 67}) press(k);
-  columns.clear();
-  EXPECT_EQ(walk(9, &columns), (Notes{67, 60, 64, 60, 67, 60, 64, 60, 67}));
-  EXPECT_EQ(columns, (Notes{0, 0, 0, 0, 1, 1, 1, 1, 2}));
 }
 
 TEST_F(ArpeggiatorTest, ChordShapesFollowTheLowestKey) {

@@ -134,6 +134,56 @@ const std::vector<Expected>& cases() {
         base({"Fat=1", "Drive=0.8", "FiltType=LP Moog", "Reso=0.8", "EffType=Reverb A",
               "Voices=32"})},
        0xE570027C447184EBull},
+      // The envelopes' edges, a few settings a segment: zero attack, decay and
+      // release, full sustain, the shortest filter attack, keys let go in a
+      // slow filter decay beside a faster, slower or equal release, and the
+      // release pop.
+      {{"envelope_edges",
+        2,
+        base({"FiltType=LP 12dB", "Cutoff=0.3", "EnvFilVe=1", "EnvFilSe=1", "EnvVolA=0",
+              "EnvVolR=0", "EnvFiltA=0", "EnvFiltD=0", "EnvFiltR=0.01"}),
+        {{"EnvVolA=0.3", "EnvVolS=1", "EnvVolR=0.5", "EnvFiltA=0.01", "EnvFiltD=0.9",
+          "EnvFiltR=0.3"},
+         {"EnvVolPo=1", "EnvVolR=0.4", "EnvFiltD=0.7", "EnvFiltR=0.9"},
+         {"EnvVolPo=0", "EnvVolS=0.5", "EnvVolD=0.2", "EnvFiltA=0.02", "EnvFiltD=0.01"},
+         {"EnvVolA=0", "EnvVolR=0", "EnvFiltS=0", "EnvFiltD=0.6", "EnvFiltR=0.6"}},
+        0.8},
+       0xAED3E90B27EA2AC1ull},
+      // Every wave modifier, two a segment (one an oscillator), on waves
+      // scanned through all their frames, so that the modifiers that vary
+      // along the frames are heard.
+      {{"modifiers",
+        2,
+        base({"Osc1Loop=+-+-+-", "Osc1LSp=8 Hz", "Osc2Loop=++++", "Osc2LSp=6 Hz"}),
+        {{"Osc1Mod=Mix: X2", "Osc2Mod=Multi: Flange1"},
+         {"Osc1Mod=Mix: X4", "Osc2Mod=Multi: Flange2"},
+         {"Osc1Mod=Mix: Layer", "Osc2Mod=Multi: Hyper1"},
+         {"Osc1Mod=Thin: Square", "Osc2Mod=Multi: Hyper2"},
+         {"Osc1Mod=Thin: Bell", "Osc2Mod=Filt: LP down"},
+         {"Osc1Mod=Thin: Warm", "Osc2Mod=Filt:LP up"},
+         {"Osc1Mod=Mod: shrink", "Osc2Mod=Time: +16"},
+         {"Osc1Mod=Mod: spread", "Osc2Mod=Time: +32"},
+         {"Osc1Mod=Mod: up", "Osc2Mod=Time: +37"},
+         {"Osc1Mod=Mod: down", "Osc2Mod=Time: +64"},
+         {"Osc1Mod=Multi: 1", "Osc2Mod=Time: +107"},
+         {"Osc1Mod=Multi: 2", "Osc2Mod=Sync"}},
+        0.34},
+       0xF16D44B3DDA73661ull},
+      // Every LFO shape that draws no random values, one a segment, on the cutoff.
+      {{"lfo_shapes", 3,
+        base({"FiltType=LP 12dB", "Reso=0.5", "LFODest=Cutoff", "LFOSend=0.8", "LFOSpeed=BPM * 2"}),
+        cycle("LFOType", {"static", "Tri", "Tri 90°", "Saw Up", "Saw Down", "Sin", "Cos", "Square",
+                          "Impulse", "-_-_-___", "-_-_---_", "-___-_-_", "-__-__-_", "--_--_-_",
+                          "\\___stop", "/\\___stop", "Tri free"}),
+        0.25},
+       0x1A90D2BB2BB6F711ull},
+      // Every scan mode that draws no random values, one a segment, on a wave
+      // whose frames close like a filter.
+      {{"scan_modes", 1, base({"Osc1Mod=Filt: LP down", "Osc1LSp=BPM", "Osc2Wave=off"}),
+        cycle("Osc1Loop", {"+-+-+-", "-+-+-+", "+ stop", "- stop", "+- stop", "-+ stop", "+50%-+-+",
+                           "+25%-+-+", "+75%-+-+", "++++", "----", "static"}),
+        0.35},
+       0xA87FBA7B885DAF71ull},
   };
   return all;
 }

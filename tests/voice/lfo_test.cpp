@@ -1,5 +1,6 @@
-// The LFO: every shape over one cycle, wraps and held values, the stop
-// shapes, "0 Hz", and the rates in Hz and in beats.
+// The LFO where the regression renders do not reach: the random shape's own
+// generator, "0 Hz", and the rates in Hz and in beats. Every other shape,
+// wraps, held values and stops included, is pinned by the LFO shapes render.
 #include "voice/lfo.h"
 
 #include <gtest/gtest.h>
@@ -20,38 +21,6 @@ std::vector<float> run(int type, int ticks = 8) {
     out.push_back(lfoOutput(type, phase, previous, held));
   }
   return out;
-}
-
-TEST(Lfo, ShapesOverOneCycle) {
-  const float s = 0.14644661f, c = 0.85355339f;  // (1 -+ cos(pi/4)) / 2
-  // clang-format off
-  const struct { int type; std::vector<float> want; } rows[] = {
-      {kLfoStatic, {1, 1, 1, 1, 1, 1, 1, 1}},
-      {kLfoTri, {.25f, .5f, .75f, 1, .75f, .5f, .25f, 0}},
-      {kLfoTri90, {.75f, 1, .75f, .5f, .25f, 0, .25f, .5f}},
-      {kLfoSawUp, {.125f, .25f, .375f, .5f, .625f, .75f, .875f, 0}},
-      {kLfoSawDown, {.875f, .75f, .625f, .5f, .375f, .25f, .125f, 1}},
-      {kLfoSin, {s, .5f, c, 1, c, .5f, s, 0}},
-      {kLfoCos, {c, 1, c, .5f, s, 0, s, .5f}},
-      {kLfoSquare, {1, 1, 1, 0, 0, 0, 0, 1}},
-      {kLfoImpulse, {0, 0, 0, 0, 0, 0, 0, 1}},
-      // Patterns: phase k/8 reads step k - 1 (7.99999, not 8).
-      {kLfoPattern1, {1, 0, 1, 0, 1, 0, 0, 1}},
-      {kLfoPattern1 + 1, {1, 0, 1, 0, 1, 1, 1, 1}},
-      {kLfoPattern1 + 2, {1, 0, 0, 0, 1, 0, 1, 1}},
-      {kLfoPattern1 + 3, {1, 0, 0, 1, 0, 0, 1, 1}},
-      {kLfoPattern5, {1, 1, 0, 1, 1, 0, 1, 1}},
-      {kLfoTriFree, {.25f, .5f, .75f, 1, .75f, .5f, .25f, 0}},
-      // One cycle, then 0 for the rest of the note.
-      {kLfoSawStop, {.875f, .75f, .625f, .5f, .375f, .25f, .125f, 0, 0, 0, 0, 0, 0, 0, 0, 0}},
-      {kLfoTriStop, {.25f, .5f, .75f, 1, .75f, .5f, .25f, 0, 0, 0, 0, 0, 0, 0, 0, 0}}};
-  // clang-format on
-  for (const auto& row : rows) {
-    const std::vector<float> got = run(row.type, static_cast<int>(row.want.size()));
-    for (size_t i = 0; i < got.size(); ++i) {
-      EXPECT_NEAR(got[i], row.want[i], 1e-5f) << "type " << row.type << " tick " << i;
-    }
-  }
 }
 
 TEST(Lfo, RandomDrawsFromItsOwnGeneratorAtTheWrap) {

@@ -1,6 +1,6 @@
 // The spoken-wave data format end to end: codes, the stride expansion, the
 // written file and the envelope comparison. The drum loops are checked as
-// embedded (waves/spoken_waves_test.cpp).
+// embedded (waves/wave_content_test.cpp).
 #include <gtest/gtest.h>
 
 #include <cmath>
