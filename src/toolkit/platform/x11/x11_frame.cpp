@@ -17,6 +17,15 @@
 namespace VSTGUI {
 namespace {
 
+// Finishes a window's surface before its window goes, so cairo sends nothing
+// to a window that no longer exists.
+void releaseSurface(cairo_surface_t*& surface) {
+  if (surface == nullptr) return;
+  cairo_surface_finish(surface);
+  cairo_surface_destroy(surface);
+  surface = nullptr;
+}
+
 class X11Frame : public PlatformFrame {
  public:
   X11Frame(CFrame* owner, int width, int height) : frame(owner), w(width), h(height) {}
@@ -117,11 +126,7 @@ bool X11Frame::create(Window parentWindow) {
 }
 
 void X11Frame::destroyWindow() {
-  if (surface != nullptr) {
-    cairo_surface_finish(surface);
-    cairo_surface_destroy(surface);
-    surface = nullptr;
-  }
+  releaseSurface(surface);
   if (window == 0) return;
   if (!x11::connectionLost(display)) {
     if (hasFocus) setKeyboardFocus(false);
@@ -295,11 +300,7 @@ bool X11Frame::openPopup(PopupClient* client, const CRect& screen) {
 
 void X11Frame::closePopup() {
   popupClient = nullptr;
-  if (popupSurface != nullptr) {
-    cairo_surface_finish(popupSurface);
-    cairo_surface_destroy(popupSurface);
-    popupSurface = nullptr;
-  }
+  releaseSurface(popupSurface);
   if (popup == 0) return;
   if (!x11::connectionLost(display)) {
     XUngrabPointer(display, CurrentTime);
