@@ -7,7 +7,9 @@
 #include <limits>
 
 #include "common/test_host.h"
+#include "host/numeric.h"
 #include "host/vendor_opcodes.h"
+#include "voice/lfo.h"
 
 namespace sablevox {
 namespace {
@@ -152,6 +154,16 @@ TEST_F(FrameTest, EveryOpcodeSurvivesNullAndOddArguments) {
   EXPECT_GE(engine->getSampleRate(), 8000.0f);
   EXPECT_LE(engine->getSampleRate(), 384000.0f);
   EXPECT_EQ(e->dispatcher(e, effVendorSpecific, 0, 0, nullptr, 0.0f), 0);
+  // Our seed call sets both random generators, and needs its seed.
+  const uint32_t before[2] = {randomState, lfoRandomState};
+  uint32_t seed = 1234u;
+  EXPECT_EQ(e->dispatcher(e, effVendorSpecific, kSablevoxVendorIndex, kVendorSeedRandom, &seed, 0),
+            1);
+  EXPECT_EQ(randomState.load() + lfoRandomState.load(), 2468u);
+  EXPECT_EQ(
+      e->dispatcher(e, effVendorSpecific, kSablevoxVendorIndex, kVendorSeedRandom, nullptr, 0), 0);
+  randomState = before[0];
+  lfoRandomState = before[1];
 }
 
 TEST_F(FrameTest, PitchTableFollowsTheSampleRate) {
