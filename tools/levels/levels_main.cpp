@@ -45,14 +45,6 @@ struct ProgramResult {
   float volume = 0.0f;
 };
 
-uint32_t seedFor(int run, size_t keyCase) {
-  uint32_t x = static_cast<uint32_t>(run) * 0x9E3779B9u + static_cast<uint32_t>(keyCase) + 1u;
-  x ^= x >> 16;
-  x *= 0x85EBCA6Bu;
-  x ^= x >> 13;
-  return x;
-}
-
 ProgramResult measureProgram(ProgramPlayer& player, int bank, int program, Options& options) {
   ProgramResult r;
   r.program = program;
@@ -68,7 +60,7 @@ ProgramResult measureProgram(ProgramPlayer& player, int bank, int program, Optio
     double quietest = 1e9, loudest = -1e9;
     uint64_t firstDigest = 0;
     for (int run = 0; run < options.runs; ++run) {
-      const CaseMeasure m = player.play(cases[c], isPattern(r.category), seedFor(run, c));
+      const CaseMeasure m = player.play(cases[c], isPattern(r.category), caseSeed(run, c));
       r.finite = r.finite && m.finite;
       if (options.cases.is_open()) {
         options.cases << bank << '\t' << program << '\t' << r.name << '\t' << cases[c].label()
@@ -198,6 +190,8 @@ int main(int argc, char** argv) {
       }
     }
     ok = summarise(bank, results) && ok;
+    std::fflush(stdout);  // a bank's results as soon as they are known
+    report.flush();
     all.insert(all.end(), results.begin(), results.end());
   }
   std::map<std::string, std::pair<double, double>> categories;

@@ -96,6 +96,14 @@ std::vector<KeyCase> allKeyCases() {
   return cases;
 }
 
+uint32_t caseSeed(int run, size_t index) {
+  uint32_t x = static_cast<uint32_t>(run) * 0x9E3779B9u + static_cast<uint32_t>(index) + 1u;
+  x ^= x >> 16;
+  x *= 0x85EBCA6Bu;
+  x ^= x >> 13;
+  return x;
+}
+
 bool ProgramPlayer::start(const std::string& pluginPath, std::string& error) {
   host_ = std::make_shared<host::Host>();
   host_->setTempo(120.0);
@@ -114,13 +122,7 @@ bool ProgramPlayer::select(int program) {
   plugin_->suspend();
   plugin_->setProgram(program);
   plugin_->resume();
-  if (!plugin_->waitForSablevoxWaves()) return false;
-  // The arpeggiator forgets every key at the first tick of a new mode: one
-  // silent block lets that pass before the first case's keys arrive.
-  left_.assign(kBlock, 0.0f);
-  right_.assign(kBlock, 0.0f);
-  plugin_->processReplacing(left_.data(), right_.data(), kBlock);
-  return true;
+  return plugin_->waitForSablevoxWaves();
 }
 
 float ProgramPlayer::volume() {
@@ -131,11 +133,15 @@ CaseMeasure ProgramPlayer::play(const KeyCase& keys, bool pattern, std::optional
   // Suspending clears the voices and the effects' tails of the last case.
   plugin_->suspend();
   plugin_->resume();
-  if (!plugin_->waitForSablevoxWaves() || (seed && !plugin_->seedSablevoxRandom(*seed))) {
-    CaseMeasure failed;
-    failed.finite = false;
-    return failed;
-  }
+  CaseMeasure failed;
+  failed.finite = false;
+  if (!plugin_->waitForSablevoxWaves()) return failed;
+  // The arpeggiator forgets every key at the first tick of a new mode: one
+  // silent block lets that pass before the keys arrive.
+  left_.assign(kBlock, 0.0f);
+  right_.assign(kBlock, 0.0f);
+  plugin_->processReplacing(left_.data(), right_.data(), kBlock);
+  if (seed && !plugin_->seedSablevoxRandom(*seed)) return failed;
   int64_t length = 0;
   const std::vector<host::TimedMidi> list = events(keys, pattern, length);
   plugin_->render(list, length, kBlock, left_, right_);

@@ -33,6 +33,8 @@ struct KeyCase {
 // Major triads on C2, C3, C4 and C5 and single notes C1 to C7, each at
 // velocity 100 and 127: the registers a musician plays a program in.
 std::vector<KeyCase> allKeyCases();
+// The random state of run `run` of case `index` of allKeyCases().
+uint32_t caseSeed(int run, size_t index);
 
 struct CaseMeasure {
   bool finite = true;
@@ -43,8 +45,8 @@ struct CaseMeasure {
 };
 
 // One plug-in instance. Several may play side by side on threads of their
-// own, each waiting for its own wave worker; seeding the random state is only
-// meaningful with one player in the process, since the state is shared.
+// own, each waiting for its own wave worker; the random state is the whole
+// process's, so seeded plays must not overlap (select() draws nothing).
 class ProgramPlayer {
  public:
   static constexpr int kRate = 44100;
