@@ -3,8 +3,10 @@
 #include <cstring>
 
 #include "host/adelay.h"
+#include "host/numeric.h"
 #include "host/text_copy.h"
 #include "host/vendor_opcodes.h"
+#include "voice/lfo.h"
 
 namespace sablevox {
 
@@ -53,6 +55,13 @@ VstInt32 ADelay::canDo(char* text) {
 VstIntPtr ADelay::dispatcher(VstInt32 opcode, VstInt32 index, VstIntPtr value, void* ptr,
                              float opt) {
   if (opcode == effVendorSpecific && index == kSablevoxVendorIndex) {
+    if (value == kVendorSeedRandom && ptr != nullptr) {
+      uint32_t seed = 0;
+      std::memcpy(&seed, ptr, sizeof seed);
+      randomState = seed;
+      lfoRandomState = seed;
+      return 1;
+    }
     return value == kVendorWavesReady && wavesReady() ? 1 : 0;
   }
   return AudioEffectX::dispatcher(opcode, index, value, ptr, opt);

@@ -14,6 +14,11 @@ enum SablevoxVendorCall : VstIntPtr {
   // with no rebuild pending? Offline renderers wait for this before the first
   // block so that a render never depends on the worker thread's timing.
   kVendorWavesReady = 1,
+  // Sets both process-wide random generators (oscillator phases, noise,
+  // random scan starts, random LFO values) to the 32-bit word that `ptr`
+  // points at, for every instance in the process; answers 1. Measuring tools
+  // use it to hear a program under several random states in one process.
+  kVendorSeedRandom = 2,
 };
 
 }  // namespace sablevox

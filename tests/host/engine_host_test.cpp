@@ -10,6 +10,9 @@
 #include <sstream>
 
 #include "common/test_host.h"
+#include "host/numeric.h"
+#include "host/vendor_opcodes.h"
+#include "voice/lfo.h"
 
 namespace sablevox {
 namespace {
@@ -82,6 +85,21 @@ TEST_F(EngineHostTest, TempoFromTheHostOr120) {
   EXPECT_EQ(engine->getTempo(), 1.0);
   host.setTempo(1e9);
   EXPECT_EQ(engine->getTempo(), 999.0);
+}
+
+// Our seed call sets both process-wide random generators, and needs its seed.
+TEST_F(EngineHostTest, SeedCallSetsTheRandomGenerators) {
+  auto engine = testing::makeEngine();
+  AEffect* e = engine->getAeffect();
+  const uint32_t before[2] = {randomState, lfoRandomState};
+  uint32_t seed = 1234u;
+  EXPECT_EQ(e->dispatcher(e, effVendorSpecific, kSablevoxVendorIndex, kVendorSeedRandom, &seed, 0),
+            1);
+  EXPECT_EQ(randomState.load() + lfoRandomState.load(), 2468u);
+  EXPECT_EQ(
+      e->dispatcher(e, effVendorSpecific, kSablevoxVendorIndex, kVendorSeedRandom, nullptr, 0), 0);
+  randomState = before[0];
+  lfoRandomState = before[1];
 }
 
 TEST_F(EngineHostTest, PitchTableFollowsTheSampleRate) {

@@ -1,17 +1,19 @@
 #!/usr/bin/env python3
 """Gain staging of the factory programs from measured renders.
 
-The bank render test writes one line per program when SABLEVOX_BANK_REPORT
-names a file: bank, program, name, peak dB, loudness dB, DC, Volume. This
-script moves each program's Volume so that its loudness lands on the target
-level while its peak stays below the ceiling, and writes the new value into
-the program's own block of its bank source (replacing a Volume it sets, or
-adding a line). Volume is the voice's last gain, after the drive, and scales
-the output by exp(-6 (1 - Volume)): 52.1 dB over the whole range, so a step
-of dB / 52.1 moves the level by exactly that much and changes nothing else.
+sablevox-levels --report FILE writes one line per program: bank, program,
+name, worst peak dB, loudness dB (its loudest case), worst DC, Volume, then
+which cases those were. This script moves each program's Volume so that its
+loudness lands on the target level while its peak stays below the ceiling and
+its DC below the limit, and writes the new value into the program's own block
+of its bank source (replacing a Volume it sets, or adding a line). Volume is
+the voice's last gain, after the drive, and scales the output by
+exp(-6 (1 - Volume)): 52.1 dB over the whole range, so a step of dB / 52.1
+moves the level by exactly that much and changes nothing else.
 
-Usage: level_banks.py REPORT [--target -20] [--ceiling -4] [--banks data/banks]
-       [--only-outside 4]  (leave programs already within that many dB)
+Usage: level_banks.py REPORT [--target -20] [--ceiling -2] [--max-dc 0.0035]
+       [--banks data/banks] [--only-outside 4]  (leave programs already within
+       that many dB whose peak and DC are within their bars)
 """
 import argparse
 import math
@@ -27,13 +29,15 @@ def read_report(path):
     rows = []
     with open(path, encoding="utf-8") as f:
         for line in f:
-            bank, program, name, peak, loud, dc, volume = line.rstrip("\n").split("\t")
-            rows.append((int(bank), name, float(peak), float(loud), float(volume)))
+            bank, program, name, peak, loud, dc, volume = line.rstrip("\n").split("\t")[:7]
+            rows.append((int(bank), name, float(peak), float(loud), float(dc), float(volume)))
     return rows
 
 
-def new_volume(peak, loud, volume, target, ceiling):
+def new_volume(peak, loud, dc, volume, target, ceiling, max_dc):
     delta = min(target - loud, ceiling - peak)
+    if dc > 0.0:
+        delta = min(delta, 20.0 * math.log10(max_dc / dc))
     value = volume + delta / DB_PER_VOLUME
     return min(max(value, 0.05), 1.0)
 
@@ -61,7 +65,8 @@ def main():
     parser = argparse.ArgumentParser()
     parser.add_argument("report")
     parser.add_argument("--target", type=float, default=-20.0)
-    parser.add_argument("--ceiling", type=float, default=-4.0)
+    parser.add_argument("--ceiling", type=float, default=-2.0)
+    parser.add_argument("--max-dc", type=float, default=0.0035)
     parser.add_argument("--only-outside", type=float, default=0.0)
     parser.add_argument("--banks", default=os.path.join(os.path.dirname(__file__), "../../data/banks"))
     args = parser.parse_args()
@@ -71,10 +76,11 @@ def main():
         with open(os.path.join(args.banks, file), encoding="utf-8") as f:
             sources[bank] = f.readlines()
     changed = 0
-    for bank, name, peak, loud, volume in read_report(args.report):
-        if abs(loud - args.target) <= args.only_outside and peak <= args.ceiling:
+    for bank, name, peak, loud, dc, volume in read_report(args.report):
+        if (abs(loud - args.target) <= args.only_outside and peak <= args.ceiling
+                and dc <= args.max_dc):
             continue
-        value = new_volume(peak, loud, volume, args.target, args.ceiling)
+        value = new_volume(peak, loud, dc, volume, args.target, args.ceiling, args.max_dc)
         if abs(value - volume) < 0.0005:
             continue
         if not set_volume(sources[bank], name, value):

@@ -223,4 +223,8 @@ bool Plugin::waitForSablevoxWaves(std::chrono::milliseconds limit) {
   return true;
 }
 
+bool Plugin::seedSablevoxRandom(uint32_t seed) {
+  return dispatch(effVendorSpecific, kSablevoxVendorIndex, kVendorSeedRandom, &seed) == 1;
+}
+
 }  // namespace sablevox::host

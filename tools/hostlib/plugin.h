@@ -117,6 +117,9 @@ class Plugin {
   // a block, and the worker may need that before it can build the next one.
   // Such a block renders nothing and moves no clock. False after `limit`.
   bool waitForSablevoxWaves(std::chrono::milliseconds limit = std::chrono::seconds(60));
+  // Sets Sablevox's process-wide random generators (our vendor call); false
+  // if the plug-in does not know the call.
+  bool seedSablevoxRandom(uint32_t seed);
 
   // Renders `frames` samples in blocks of at most blockSize, sending each
   // message in the block that holds its frame with deltaFrames = frame -
