@@ -17,6 +17,17 @@
 namespace VSTGUI {
 namespace {
 
+// A window of one size only: hosts that place us read these hints.
+void fixSize(Display* display, Window window, int width, int height) {
+  XSizeHints* hints = XAllocSizeHints();
+  if (hints == nullptr) return;
+  hints->flags = PMinSize | PMaxSize | PSize;
+  hints->min_width = hints->max_width = hints->width = width;
+  hints->min_height = hints->max_height = hints->height = height;
+  XSetWMNormalHints(display, window, hints);
+  XFree(hints);
+}
+
 // Finishes a window's surface before its window goes, so cairo sends nothing
 // to a window that no longer exists.
 void releaseSurface(cairo_surface_t*& surface) {
@@ -100,12 +111,7 @@ bool X11Frame::create(Window parentWindow) {
                          0, attributes.depth, InputOutput, visual,
                          CWEventMask | CWBackPixel | CWBorderPixel | CWColormap, &set);
   // The parent's own end is a DestroyNotify of its child, which is us.
-  XSizeHints* hints = XAllocSizeHints();
-  hints->flags = PMinSize | PMaxSize | PSize;
-  hints->min_width = hints->max_width = hints->width = w;
-  hints->min_height = hints->max_height = hints->height = h;
-  XSetWMNormalHints(display, window, hints);
-  XFree(hints);
+  fixSize(display, window, w, h);
   const Atom xembed = XInternAtom(display, "_XEMBED_INFO", False);
   const long info[2] = {0, 1};  // protocol version 0, mapped
   XChangeProperty(display, window, xembed, xembed, 32, PropModeReplace,
@@ -223,12 +229,7 @@ void X11Frame::resize(int width, int height) {
   w = width;
   h = height;
   if (window == 0) return;
-  XSizeHints* hints = XAllocSizeHints();
-  hints->flags = PMinSize | PMaxSize | PSize;
-  hints->min_width = hints->max_width = hints->width = w;
-  hints->min_height = hints->max_height = hints->height = h;
-  XSetWMNormalHints(display, window, hints);
-  XFree(hints);
+  fixSize(display, window, w, h);
   XResizeWindow(display, window, static_cast<unsigned>(w), static_cast<unsigned>(h));
   if (surface != nullptr) cairo_xlib_surface_set_size(surface, w, h);
   XSync(display, False);  // done before the host looks at our size
