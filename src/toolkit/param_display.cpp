@@ -11,39 +11,27 @@ CParamDisplay::CParamDisplay(const CRect& rect, CBitmap* bitmap, long s)
     : CControl(rect, nullptr, 0, bitmap), style(s) {}
 
 void CParamDisplay::setFont(int fontId) {
-  if (fontId == fontID) return;
-  fontID = fontId;
-  setDirty();
+  changeLook(fontID, fontId);
 }
 
 void CParamDisplay::setFontColor(CColor c) {
-  if (c == fontColor) return;
-  fontColor = c;
-  setDirty();
+  changeLook(fontColor, c);
 }
 
 void CParamDisplay::setBackColor(CColor c) {
-  if (c == backColor) return;
-  backColor = c;
-  setDirty();
+  changeLook(backColor, c);
 }
 
 void CParamDisplay::setFrameColor(CColor c) {
-  if (c == frameColor) return;
-  frameColor = c;
-  setDirty();
+  changeLook(frameColor, c);
 }
 
 void CParamDisplay::setShadowColor(CColor c) {
-  if (c == shadowColor) return;
-  shadowColor = c;
-  setDirty();
+  changeLook(shadowColor, c);
 }
 
 void CParamDisplay::setHoriAlign(int align) {
-  if (align == horiTxtAlign) return;
-  horiTxtAlign = align;
-  setDirty();
+  changeLook(horiTxtAlign, align);
 }
 
 void CParamDisplay::setStyle(long s) {

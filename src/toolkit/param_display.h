@@ -39,6 +39,13 @@ class CParamDisplay : public CControl {
  protected:
   // Box, shadow and text, as the style and colours say.
   void drawText(CDrawContext* context, const char* text);
+  // A look setting: repainted only when it changes.
+  template <typename T>
+  void changeLook(T& field, T value) {
+    if (field == value) return;
+    field = value;
+    setDirty();
+  }
 
   int horiTxtAlign = kCenterText;
   long style;
