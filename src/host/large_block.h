@@ -91,25 +91,20 @@ inline void freeLargeBlock(void* block, size_t bytes) noexcept {
 }
 
 // Class-level operators for a type whose instances should live in such
-// blocks: `SABLEVOX_LARGE_BLOCK_OPERATORS` inside the class body.
-#define SABLEVOX_LARGE_BLOCK_OPERATORS                              \
+// blocks, inside the class body: `SABLEVOX_LARGE_BLOCK_OPERATORS` for huge
+// pages; `SABLEVOX_SPARSE_BLOCK_OPERATORS` for types of which most is lines
+// used later or never, in small pages, so that a line's pages become
+// resident as it is written (such a type's constructor must be
+// user-provided, so that `new T()` does not zero what the block gives
+// zeroed).
+#define SABLEVOX_BLOCK_OPERATORS(allocate)                          \
   static void* operator new(size_t bytes) {                         \
-    return ::sablevox::allocateLargeBlock(bytes);                   \
+    return ::sablevox::allocate(bytes);                             \
   }                                                                 \
   static void operator delete(void* block, size_t bytes) noexcept { \
     ::sablevox::freeLargeBlock(block, bytes);                       \
   }
-
-// The same for types of which most is lines used later or never: the block
-// in small pages, so that a line's pages become resident as it is written.
-// Such a type's constructor must be user-provided, so that `new T()` does
-// not zero what the block gives zeroed.
-#define SABLEVOX_SPARSE_BLOCK_OPERATORS                             \
-  static void* operator new(size_t bytes) {                         \
-    return ::sablevox::allocateSparseBlock(bytes);                  \
-  }                                                                 \
-  static void operator delete(void* block, size_t bytes) noexcept { \
-    ::sablevox::freeLargeBlock(block, bytes);                       \
-  }
+#define SABLEVOX_LARGE_BLOCK_OPERATORS SABLEVOX_BLOCK_OPERATORS(allocateLargeBlock)
+#define SABLEVOX_SPARSE_BLOCK_OPERATORS SABLEVOX_BLOCK_OPERATORS(allocateSparseBlock)
 
 }  // namespace sablevox
